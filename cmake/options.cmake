@@ -1,0 +1,15 @@
+# Compiler settings that every target of this project shares.
+add_library(orvmesh_options INTERFACE)
+target_compile_options(orvmesh_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
+if(ORVMESH_SANITIZE)
+  target_compile_options(orvmesh_options INTERFACE -fsanitize=${ORVMESH_SANITIZE} -fno-sanitize-recover=all
+                         -fno-omit-frame-pointer)
+  target_link_options(orvmesh_options INTERFACE -fsanitize=${ORVMESH_SANITIZE})
+endif()
+if(ORVMESH_BUILD_FUZZ)
+  target_compile_options(orvmesh_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(ORVMESH_COVERAGE)
+  target_compile_options(orvmesh_options INTERFACE --coverage)
+  target_link_options(orvmesh_options INTERFACE --coverage)
+endif()

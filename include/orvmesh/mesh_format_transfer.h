@@ -1,0 +1,118 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "orvmesh/cc_data.h"
+#include "orvmesh/export.h"
+
+// Node types of the part-insert analysis, as GetPIGloalNodeType hands them out. "On the mold" means that a
+// mold element uses the node, too.
+enum NodeTypeCode : int {
+  NodeType_None = 0,
+  NodeType_Part = 1,
+  NodeType_Mold = 2,
+  NodeType_PartInsert = 3,
+  NodeType_PartOnMold = 4,
+  NodeType_PartOnPartInsert = 5,
+  NodeType_Channel = 7,
+  NodeType_Heater = 8,
+  NodeType_ChannelOnMold = 9,
+  NodeType_HeaterOnMold = 10,
+  NodeType_HeaterOnAir = 11,
+  NodeType_HeaterFace = 12
+};
+
+// Assembles the meshes that the cooling solver reads from one component OFE file, in six variants.
+//
+// Each TransferMesh_ operation takes the source path and the target path, reads the whole source, and writes
+// the target, which appears complete or not at all. The source is never changed; it may be the target. Paths
+// may have any length and must not be null. While an operation runs, the log "MeshTranslate.log" stands in
+// the current directory; it is deleted at the end. Two objects must not run at the same time in one directory
+// for that reason.
+//
+// No operation reports a bad source or an unwritable target through its result; GetErrorMessage_Link tells.
+// Only an allocation failure leaves an operation as an exception. Copies of an object share its result
+// arrays.
+class ORVMESH_API COrvMeshFormatTransfer {
+ public:
+  COrvMeshFormatTransfer();
+
+  // Cooling channels alone, as plastic elements.
+  void TransferMesh_OnlyChannel(char* src, char* dst);
+  // Hot runner alone. 1; -4 when the source's format version is below 14001 (nothing is written, the log
+  // stays).
+  int TransferMesh_OnlyHotRunner(char* src, char* dst);
+  // All plastic elements for the stream-line analysis. Always 1.
+  int TransferMesh_StreamLineMesh(char* src, char* dst);
+  // Mold base and mold inserts, as plastic elements. Always 1.
+  int TransferMesh_OnlyMoldbase(const char* src, const char* dst);
+  // Part joined with its part inserts. 1; 0 when the source's header names no part-insert material (nothing
+  // is written).
+  int TransferMesh_CombinePI(char* src, char* dst);
+  // Part, inserts and channels. 0 when the header names neither part-insert nor channel materials (nothing is
+  // written); else 1 without channel material, 2 without part-insert material, 3 with both.
+  int TransferMesh_CombinePIAndChannel(char* src, char* dst);
+
+  // Computes the node types of a source without writing anything. mode goes to the platform's reader.
+  void SetPartInsertMeshFilePath(char* src, int mode);
+  // True when the source's header names at least one part-insert material.
+  bool IfMeshHasPartInsert(char* src);
+
+  // Node count of the source last read by a part-insert operation.
+  int GetTotalNodeNumber() const;
+  // Number of nodes that part and part inserts share (type 5).
+  int GetNnodeContactPartAndPI() const;
+  // out: GetTotalNodeNumber() + 1 ints of the caller; entry n receives the NodeTypeCode of node n, entry 0
+  // stays.
+  void GetPIGloalNodeType(int* out) const;
+  // out: GetNnodeContactPartAndPI() + 1 ints of the caller; entries from 1 on receive the shared node
+  // numbers, ascending; entry 0 stays.
+  void GetPPINodeID(int* out) const;
+  // Number of mold blocks.
+  int GetMeshBlockSize() const;
+  // out: GetMeshBlockSize() + 1 ints of the caller; entries from 1 on receive the material of each mold
+  // block.
+  void GetMoldBlock2Mat(int*& out) const;
+  // Hands out the four node lists and the group counts of the last channel or hot-runner assembly. Arrays
+  // that out already holds are kept when they are large enough; entries 1..m_Dim of m_NodeID are filled, the
+  // rest stays.
+  void GetCCCombineMeshDataAndMemory(COrvCCDataForSolver& out) const;
+
+  // Additional operations.
+
+  // Diagnostic lines on standard output: 0 none (as constructed), else all.
+  void SetDebugLog(int level);
+  // With true, the mold-base operation lists the materials that it wrote on standard output. Off as
+  // constructed.
+  void SetSTLDiagnostics(bool on);
+  // With true, a source that is refused stops an operation before it touches the target; the operation then
+  // returns 0 and the getters keep the results of the operation before. As constructed, operations go on with
+  // an empty mesh and may write a file that holds a header only.
+  void SetStopOnRefusedSource(bool stop);
+  // What went wrong in the last operation, one line that names the file; empty when nothing did. Valid until
+  // the next operation.
+  const char* GetErrorMessage_Link() const;
+  // What the last operation noticed and let pass, one line each, each ended by a line feed. Valid until the
+  // next operation.
+  const char* GetWarnings_Link() const;
+
+ private:
+  struct Calls;
+  friend struct Calls;
+
+  int m_TotalNodeNumber = 0;
+  int m_NnodeContactPartAndPI = 0;
+  std::shared_ptr<int[]> m_PIGlobalNodeType;
+  std::shared_ptr<int[]> m_PPINodeID;
+  std::shared_ptr<int[]> m_PPIElemMaterial;
+  int m_MeshBlockSize = 0;
+  std::shared_ptr<int[]> m_MoldBlock2Mat;
+  COrvCCDataForSolver m_CCData;
+  int m_DebugLog = 0;
+  char m_LogFilePath[512];
+  bool m_STLDiagnostics = false;
+  bool m_StopOnRefusedSource = false;
+  std::string m_ErrorMessage;
+  std::string m_Warnings;
+};

@@ -1,0 +1,5 @@
+#pragma once
+
+#define ORVMESH_VERSION_MAJOR 1
+#define ORVMESH_VERSION_MINOR 0
+#define ORVMESH_VERSION_PATCH 0

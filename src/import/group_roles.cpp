@@ -1,0 +1,201 @@
+#include "import/group_roles.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "base/failure.h"
+#include "base/nearest_name.h"
+#include "base/text_number.h"
+
+namespace orvmesh::importing {
+namespace {
+
+constexpr const char* kDimensionNames[] = {"point", "line", "surface", "volume"};
+
+std::string pairText(int dimension, std::int32_t tag) {
+  return std::to_string(dimension) + ":" + std::to_string(tag);
+}
+
+bool isNamed(const std::string& key, int dimension, std::int32_t tag, const std::string& name) {
+  return (!name.empty() && key == name) || key == pairText(dimension, tag);
+}
+
+std::vector<Group> listGroups(const MshMesh& mesh) {
+  std::vector<std::uint64_t> elementsOfSet(mesh.sets.size());
+  for (const auto& run : mesh.runs) elementsOfSet[run.set] += run.count;
+  std::map<std::pair<int, std::int32_t>, std::uint64_t> elements;
+  for (std::size_t k = 0; k < mesh.sets.size(); ++k)
+    for (const auto tag : mesh.groupsOf(mesh.sets[k]))
+      elements[{mesh.sets[k].dimension, tag}] += elementsOfSet[k];
+  std::map<std::pair<int, std::int32_t>, const std::string*> names;
+  for (const auto& name : mesh.names) names.emplace(std::pair(name.dimension, name.tag), &name.name);
+  std::vector<Group> groups;
+  for (const auto& [key, count] : elements) {
+    const auto name = names.find(key);
+    groups.push_back({key.first, key.second, name == names.end() ? "" : *name->second, count, {}});
+  }
+  return groups;
+}
+
+// Gives each group its role or says why it has none.
+class Assignment {
+ public:
+  Assignment(const MshMesh& mesh, const RolesFile& roles) : mesh_(mesh), roles_(roles) {}
+
+  std::vector<Group> assign() {
+    checkMappings();
+    auto groups = listGroups(mesh_);
+    for (auto& group : groups) assign(group);
+    const bool anyVolume = std::any_of(groups.begin(), groups.end(), [](const Group& group) {
+      return group.dimension == 3 && isVolume(group.role.kind);
+    });
+    if (!anyVolume) failNoVolume(groups);
+    if (!firstUnknown_.empty()) throw Failure(mesh_.path, firstUnknown_);
+    return groups;
+  }
+
+ private:
+  // A mapping that names no group of the mesh is a slip.
+  void checkMappings() const {
+    std::vector<std::string_view> known;
+    for (const auto& name : mesh_.names) known.emplace_back(name.name);
+    const auto groups = listGroups(mesh_);
+    for (const auto& mapping : roles_.mappings) {
+      const auto& key = mapping.group;
+      if (std::find(known.begin(), known.end(), key) != known.end()) continue;
+      if (std::any_of(groups.begin(), groups.end(),
+                      [&](const Group& group) { return key == pairText(group.dimension, group.tag); }))
+        continue;
+      throw Failure(
+          roles_.path,
+          "groups." + key + ": the mesh has no such group" +
+              (known.empty() ? "" : "; the nearest name is '" + std::string(nearestName(key, known)) + "'"));
+    }
+  }
+
+  void assign(Group& group) {
+    if (const auto* mapping = mappingOf(group); mapping != nullptr) {
+      group.role = mapping->role;
+    } else if (group.dimension != 1) {
+      takeName(group);
+    }
+    const int expected = dimensionOf(group.role.kind);
+    if (expected >= 0 && expected != group.dimension)
+      throw Failure(mesh_.path, group.label() + ": the role " + textOf(group.role) + " is for " +
+                                    kDimensionNames[expected] + " groups");
+  }
+
+  const RolesFile::Mapping* mappingOf(const Group& group) const {
+    for (const auto& mapping : roles_.mappings)
+      if (isNamed(mapping.group, group.dimension, group.tag, group.name)) return &mapping;
+    return nullptr;
+  }
+
+  void takeName(Group& group) {
+    const auto parsed = parseRole(group.name);
+    if (parsed.problem.empty()) {
+      group.role = parsed.role;
+    } else if (!parsed.unknown) {
+      throw Failure(mesh_.path, group.label() + ": " + parsed.problem);
+    } else if (!roles_.ignoreUnlisted && !carriesConditions(group) && firstUnknown_.empty()) {
+      firstUnknown_ = group.label() + ": " + (group.name.empty() ? "no role" : parsed.problem) +
+                      " (rename the group, or map it or ignore it with --roles)";
+    }
+  }
+
+  bool carriesConditions(const Group& group) const {
+    return std::any_of(roles_.conditions.begin(), roles_.conditions.end(), [&](const auto& condition) {
+      return isNamed(condition.group, group.dimension, group.tag, group.name);
+    });
+  }
+
+  [[noreturn]] void failNoVolume(const std::vector<Group>& groups) const {
+    constexpr std::size_t kShown = 12;
+    std::string text = "no volume has a role; physical groups found:";
+    for (std::size_t k = 0; k < groups.size() && k < kShown; ++k)
+      text += (k == 0 ? " " : ", ") + groups[k].label();
+    if (groups.size() > kShown) text += ", ...";
+    if (groups.empty()) text += " none";
+    throw Failure(mesh_.path, text +
+                                  " (a volume needs part, hotrunner:GROUP, insert:MATERIAL, moldbase, "
+                                  "channel:GROUP or heater:GROUP)");
+  }
+
+  const MshMesh& mesh_;
+  const RolesFile& roles_;
+  std::string firstUnknown_;
+};
+
+std::string setLabel(const ElementSet& set) {
+  return std::string(kDimensionNames[set.dimension]) + " entity " + std::to_string(set.entity);
+}
+
+Role roleOf(const MshMesh& mesh, const ElementSet& set, const GroupRoles& roles) {
+  const Group* owner = nullptr;
+  for (const auto tag : mesh.groupsOf(set)) {
+    const auto& group = roles.find(set.dimension, tag);
+    if (group.role.kind == RoleKind::ignore) continue;
+    if (owner != nullptr && owner->role != group.role)
+      throw Failure(mesh.path, setLabel(set) + " is in two roles, " + owner->label() + " and " +
+                                   group.label() + "; two components cannot share elements");
+    owner = &group;
+  }
+  return owner == nullptr ? Role{} : owner->role;
+}
+
+// Volume elements without any group are more likely forgotten than meant.
+void checkGroups(const MshMesh& mesh, const ElementRun& run) {
+  const auto& set = mesh.sets[run.set];
+  if (set.dimension != 3 || set.groupCount > 0) return;
+  throw Failure(mesh.path, setLabel(set) + " (element " + std::to_string(run.firstTag) +
+                               " and others) belongs to no physical group; give it one with a role, or one "
+                               "that --roles ignores");
+}
+
+void checkType(const MshMesh& mesh, const ElementRun& run, const GroupRoles& roles) {
+  const auto& set = mesh.sets[run.set];
+  if (run.type->taken()) return;
+  for (const auto tag : mesh.groupsOf(set)) {
+    const auto& group = roles.find(set.dimension, tag);
+    if (group.role.kind == RoleKind::ignore) continue;
+    throw Failure(mesh.path, group.label() + ", element " + std::to_string(run.firstTag) + ": a " +
+                                 nameOf(run.type->shape) + " of order " + std::to_string(run.type->order) +
+                                 " (type " + std::to_string(run.type->code) +
+                                 "); elements of first and second order are taken");
+  }
+}
+
+}  // namespace
+
+std::string Group::label() const {
+  return std::string(kDimensionNames[dimension]) + " group " +
+         (name.empty() ? pairText(dimension, tag) + " (no name)" : "'" + name + "'");
+}
+
+const Group& GroupRoles::find(int dimension, std::int32_t tag) const {
+  return *std::lower_bound(groups.begin(), groups.end(), std::pair(dimension, tag),
+                           [](const Group& group, const std::pair<int, std::int32_t>& key) {
+                             return std::pair(group.dimension, group.tag) < key;
+                           });
+}
+
+const Group* GroupRoles::find(const std::string& nameOrPair) const {
+  for (const auto& group : groups)
+    if (isNamed(nameOrPair, group.dimension, group.tag, group.name)) return &group;
+  return nullptr;
+}
+
+GroupRoles assignRoles(const MshMesh& mesh, const RolesFile& roles) {
+  GroupRoles result;
+  result.groups = Assignment(mesh, roles).assign();
+  for (const auto& set : mesh.sets)
+    result.ofSet.push_back(set.dimension >= 2 ? roleOf(mesh, set, result) : Role{});
+  for (const auto& run : mesh.runs) {
+    checkGroups(mesh, run);
+    checkType(mesh, run, result);
+  }
+  return result;
+}
+
+}  // namespace orvmesh::importing

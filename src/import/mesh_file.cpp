@@ -1,0 +1,54 @@
+#include "import/mesh_file.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "base/failure.h"
+
+namespace orvmesh::importing {
+namespace {
+
+// Why the opened file cannot be mapped; empty when it can.
+std::string refusal(int descriptor, struct stat& status) {
+  if (::fstat(descriptor, &status) != 0) return std::string("cannot be read: ") + std::strerror(errno);
+  if (S_ISDIR(status.st_mode)) return "is a directory; expected a mesh file (MSH 2.2 or 4.1)";
+  if (!S_ISREG(status.st_mode)) return "is no regular file; expected a mesh file (MSH 2.2 or 4.1)";
+  if (status.st_size <= 0) return "is empty; expected a mesh file (MSH 2.2 or 4.1)";
+  return {};
+}
+
+}  // namespace
+
+MeshFile::MeshFile(std::string path) : path_(std::move(path)) {
+  // Without O_NONBLOCK the open of a pipe would wait for its writer.
+  const int descriptor = ::open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) throw Failure(path_, std::string("cannot be read: ") + std::strerror(errno));
+  struct stat status {};
+  std::string problem = refusal(descriptor, status);
+  void* memory = MAP_FAILED;
+  if (problem.empty()) {
+    size_ = static_cast<std::size_t>(status.st_size);
+    memory = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    if (memory == MAP_FAILED) problem = std::string("cannot be mapped: ") + std::strerror(errno);
+  }
+  ::close(descriptor);
+  if (!problem.empty()) throw Failure(path_, problem);
+  bytes_ = static_cast<const char*>(memory);
+}
+
+MeshFile::~MeshFile() { ::munmap(const_cast<char*>(bytes_), size_); }
+
+void MeshFile::fail(const char* at, const std::string& what) const {
+  const auto place = binary_ ? "byte " + std::to_string(at - bytes_)
+                             : "line " + std::to_string(1 + std::count(bytes_, at, '\n'));
+  throw Failure(path_, place + ": " + what);
+}
+
+}  // namespace orvmesh::importing

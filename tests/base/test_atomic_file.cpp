@@ -1,0 +1,110 @@
+#include "base/atomic_file.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <fstream>
+
+#include "support/temp_dir.h"
+
+using orvmesh::AtomicFile;
+using orvmesh::test::TempDir;
+
+namespace {
+
+std::string contentOf(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::size_t filesIn(const std::string& folder) {
+  std::size_t count = 0;
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder)) ++count;
+  return count;
+}
+
+TEST(AtomicFile, AppearsWholeAndReplacesTheOldFile) {
+  const TempDir dir;
+  const std::string target = dir / "target";
+  std::ofstream(target) << "old";
+  ::chmod(target.c_str(), 0640);
+  AtomicFile file;
+  ASSERT_TRUE(file.open(target));
+  ASSERT_TRUE(file.append("0123456789", 10));
+  ASSERT_TRUE(file.overwrite(2, "xy", 2));
+  EXPECT_EQ(file.size(), 10U);
+  EXPECT_EQ(contentOf(target), "old");
+  ASSERT_TRUE(file.commit());
+  EXPECT_EQ(contentOf(target), "01xy456789");
+  EXPECT_EQ(filesIn(dir.path()), 1U);
+  struct stat status {};
+  ::stat(target.c_str(), &status);
+  EXPECT_EQ(status.st_mode & 0777, 0640U);
+  EXPECT_FALSE(file.commit());  // nothing open any more
+}
+
+TEST(AtomicFile, WithoutCommitNothingHappens) {
+  const TempDir dir;
+  std::ofstream(dir / "target") << "old";
+  {
+    AtomicFile file;
+    ASSERT_TRUE(file.open(dir / "target"));
+    file.append("new", 3);
+  }
+  EXPECT_EQ(contentOf(dir / "target"), "old");
+  EXPECT_EQ(filesIn(dir.path()), 1U);
+}
+
+TEST(AtomicFile, FollowsALinkInsteadOfReplacingIt) {
+  const TempDir dir;
+  std::ofstream(dir / "real") << "old";
+  std::filesystem::create_symlink(dir / "real", dir / "link");
+  AtomicFile file;
+  ASSERT_TRUE(file.open(dir / "link"));
+  file.append("new", 3);
+  ASSERT_TRUE(file.commit());
+  EXPECT_TRUE(std::filesystem::is_symlink(dir / "link"));
+  EXPECT_EQ(contentOf(dir / "real"), "new");
+}
+
+TEST(AtomicFile, RefusesWhatCannotBeReplaced) {
+  const TempDir dir;
+  std::filesystem::create_directory(dir / "folder");
+  std::ofstream(dir / "file") << "x";
+  for (const std::string& target : {dir / "folder", dir / "missing/target", std::string("/dev/full"),
+                                    dir / "file/below", std::string()}) {
+    AtomicFile file;
+    EXPECT_FALSE(file.open(target)) << target;
+    EXPECT_FALSE(file.errorText().empty());
+    EXPECT_FALSE(file.append("x", 1));
+    EXPECT_FALSE(file.commit());
+  }
+  EXPECT_EQ(filesIn(dir.path()), 2U);
+}
+
+TEST(AtomicFile, AFullDiskLeavesTheOldFileAndNoRest) {
+  const TempDir dir;
+  std::ofstream(dir / "target") << "old";
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{1000, before.rlim_max};
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  AtomicFile file;
+  const bool opened = file.open(dir / "target");
+  const std::string bytes(600, 'x');
+  const bool first = file.append(bytes.data(), bytes.size());
+  const bool second = file.append(bytes.data(), bytes.size());
+  const bool committed = file.commit();
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  (void)std::signal(SIGXFSZ, handler);
+  EXPECT_TRUE(opened && first);
+  EXPECT_FALSE(second || committed);
+  EXPECT_EQ(file.errorText(), "cannot be written: File too large");
+  EXPECT_EQ(contentOf(dir / "target"), "old");
+  EXPECT_EQ(filesIn(dir.path()), 1U);
+}
+
+}  // namespace

@@ -1,0 +1,85 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "base/face_tables.h"
+#include "base/face_tag.h"
+#include "base/text_number.h"
+
+using namespace orvmesh;
+
+namespace {
+
+// Corners of a reference element of each type.
+const std::map<int, std::vector<std::array<double, 3>>> kReference{
+    {4, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}},
+    {5, {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {.5, .5, 1}}},
+    {6, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 0, 1}, {0, 1, 1}}},
+    {8, {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {0, 0, 1}, {1, 0, 1}, {1, 1, 1}, {0, 1, 1}}}};
+
+TEST(FaceTables, CloseTheElementAndLookOutwards) {
+  for (const auto& [nodeCount, corners] : kReference) {
+    std::map<std::pair<int, int>, int> edges;  // directed; each must meet its reverse once
+    std::array<double, 3> centre{};
+    for (const auto& p : corners)
+      for (std::size_t k = 0; k < 3; ++k) centre[k] += p[k] / static_cast<double>(corners.size());
+    for (const LocalFace& face : facesOf(nodeCount)) {
+      std::array<std::array<double, 3>, 3> p;
+      for (std::size_t i = 0; i < 3; ++i) p[i] = corners[static_cast<std::size_t>(face.nodes[i])];
+      double outward = 0;
+      for (std::size_t k = 0; k < 3; ++k) {
+        const std::size_t a = (k + 1) % 3, b = (k + 2) % 3;
+        const double normal =
+            (p[1][a] - p[0][a]) * (p[2][b] - p[0][b]) - (p[1][b] - p[0][b]) * (p[2][a] - p[0][a]);
+        outward += normal * (p[0][k] - centre[k]);
+      }
+      EXPECT_GT(outward, 0) << nodeCount;
+      for (int i = 0; i < face.nodeCount; ++i) ++edges[{face.nodes[i], face.nodes[(i + 1) % face.nodeCount]}];
+    }
+    for (const auto& [edge, count] : edges) {
+      EXPECT_EQ(count, 1);
+      EXPECT_EQ(edges.count({edge.second, edge.first}), 1U);
+    }
+  }
+  for (const int other : {-1, 0, 1, 2, 3, 7, 9}) EXPECT_TRUE(facesOf(other).empty());
+}
+
+TEST(FaceTag, GroupsAndFlags) {
+  EXPECT_EQ(tagGroup(0xABCDEF12), 0xBCDEF);
+  EXPECT_EQ(withGroup(0xABCDEF12, 5), 0xA0000512U);
+  EXPECT_EQ(withGroup(0x00000006, -1), 0x0FFFFF06U);
+  EXPECT_EQ(coolantTag(0x1FFFFF), 0x8FFFFF00U);
+  // Gate kinds over all eight settings of the flag bits.
+  const std::set<std::uint32_t> common{3, 5, 7}, hotCold{6};
+  for (std::uint32_t bits = 0; bits < 8; ++bits) {
+    EXPECT_EQ(isCommonGateTag(bits | 0xFFFFFFF8), common.count(bits) == 1) << bits;
+    EXPECT_EQ(isHotColdGateTag(bits), hotCold.count(bits) == 1) << bits;
+  }
+}
+
+TEST(TextNumber, DefaultFormIsThatOfAClassicStream) {
+  std::ostringstream stream;
+  stream.imbue(std::locale::classic());
+  for (const double value :
+       {0.0, -0.0, 1.0, 2.5, 0.1, 1e5, 1e6, 123456.0, 1234567.0, 1e-4, 1e-5, 0.00012345678, -1.0 / 3, 1e100,
+        5e-324, 999999.5, 99999.95, std::numeric_limits<double>::infinity()}) {
+    std::string text;
+    appendDefault(text, value);
+    stream.str("");
+    stream << value;
+    EXPECT_EQ(text, stream.str());
+  }
+}
+
+TEST(TextNumber, OnlyAWholeFittingNumberIsOne) {
+  EXPECT_EQ(parseNumber<int>("-17"), -17);
+  for (const char* bad : {"", " 1", "1 ", "1x", "2147483648", "+1", "1.0"})
+    EXPECT_FALSE(parseNumber<int>(bad)) << bad;
+  EXPECT_EQ(parseNumber<double>("1e3"), 1000);
+}
+
+}  // namespace

@@ -1,0 +1,152 @@
+"""orvmesh import from outside: report, exit codes, error lines, what becomes of the target."""
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ORVMESH = os.environ["ORVMESH"]
+
+# Two unit cubes side by side along x, part and steel.
+NODES = [(x, y, z) for z in (0, 1) for y in (0, 1) for x in (0, 1, 2)]
+MESH = """$MeshFormat
+2.2 0 8
+$EndMeshFormat
+$PhysicalNames
+2
+3 1 "%s"
+3 2 "moldbase"
+$EndPhysicalNames
+$Nodes
+12
+%s
+$EndNodes
+$Elements
+2
+1 5 2 1 1 1 2 5 4 7 8 11 10
+2 5 2 2 2 2 3 6 5 8 9 12 11
+$EndElements
+"""
+
+
+def mesh_text(part="part"):
+    nodes = "\n".join(f"{k} {x} {y} {z}" for k, (x, y, z) in enumerate(NODES, 1))
+    return MESH % (part, nodes)
+
+
+def run(*words):
+    return subprocess.run((ORVMESH, "import", *words), stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+
+
+class Import(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+        self.mesh, self.target = self.path("mold.msh"), self.path("mold.ofe")
+        self.write(self.mesh, mesh_text())
+
+    def path(self, name):
+        return os.path.join(self.folder.name, name)
+
+    def write(self, path, text):
+        with open(path, "w") as file:
+            file.write(text)
+
+    def refused(self, expected, *words):
+        """One line on standard error, exit code 1, the old target left as it was and nothing beside it."""
+        self.write(self.target, "old")
+        before = sorted(os.listdir(self.folder.name))
+        done = run(*(words or (self.mesh, self.target)))
+        self.assertEqual(1, done.returncode, done.stderr)
+        self.assertEqual("", done.stdout)
+        self.assertRegex(done.stderr, "\\Aorvmesh: [^\n]*\n\\Z")
+        self.assertIn(expected, done.stderr)
+        with open(self.target) as file:
+            self.assertEqual("old", file.read())
+        self.assertEqual(before, sorted(os.listdir(self.folder.name)))
+
+    def test_report_is_text_json_or_nothing(self):
+        text = run(self.mesh, self.target)
+        self.assertEqual((0, ""), (text.returncode, text.stderr))
+        self.assertIn("12 nodes, 2 volume elements", text.stdout)
+        report = json.loads(run(self.mesh, self.target, "--json").stdout)
+        self.assertEqual(["part:1", "moldbase:1"], [c["role"] for c in report["components"]])
+        self.assertEqual([1, 1], [c["volumeOut"] for c in report["components"]])
+        self.assertEqual((6, 6, 1), tuple(report["surfaces"][k] for k in ("1", "2", "partOnMold")))
+        quiet = run(self.mesh, self.target, "--quiet")
+        self.assertEqual((0, "", ""), (quiet.returncode, quiet.stdout, quiet.stderr))
+
+    def test_help_has_an_example(self):
+        done = run("--help")
+        self.assertEqual(0, done.returncode)
+        self.assertIn("Example: orvmesh import", done.stdout)
+
+    def test_wrong_usage(self):
+        for words in ((), (self.mesh,), (self.mesh, self.target, "--scale", "0"), (self.mesh, self.target, "--marge"),
+                      (self.mesh, self.target, "--merge", "-1"), (self.mesh, self.target, "--json", "--quiet")):
+            self.assertEqual(2, run(*words).returncode, words)
+
+    def test_refusals(self):
+        self.write(self.mesh, mesh_text("prat"))
+        self.refused("mold.msh: volume group 'prat': no known role; the nearest is part or part:MATERIAL")
+        self.write(self.mesh, mesh_text()[:-30])
+        self.refused("the file ends inside $Elements")
+        self.refused("No such file or directory", self.path("none.msh"), self.target)
+        self.refused("is a directory", self.folder.name, self.target)
+        self.write(self.mesh, mesh_text())
+        self.refused("roles.json", self.mesh, self.target, "--roles", self.path("roles.json"))
+        self.refused("is the file to read", self.mesh, self.mesh)
+        self.refused("nowhere/mold.ofe", self.mesh, self.path("nowhere/mold.ofe"))
+
+    def test_full_disk(self):
+        if not os.path.exists("/dev/full"):
+            self.skipTest("no /dev/full")
+        self.refused("/dev/full", self.mesh, "/dev/full")
+
+    def test_same_mesh_gives_the_same_file(self):
+        files = []
+        for _ in range(2):
+            run(self.mesh, self.target)
+            with open(self.target, "rb") as file:
+                files.append(file.read())
+        self.assertEqual(files[0], files[1])
+
+    def test_what_gmsh_writes(self):
+        """A box in a box, all encodings and orders, by Gmsh itself."""
+        try:
+            import gmsh
+        except ImportError:
+            self.skipTest("python3-gmsh is not installed")
+        gmsh.initialize()
+        self.addCleanup(gmsh.finalize)
+        gmsh.option.setNumber("General.Terminal", 0)
+        outer, inner = gmsh.model.occ.addBox(0, 0, 0, 4, 4, 4), gmsh.model.occ.addBox(1, 1, 1, 2, 2, 2)
+        _, pieces = gmsh.model.occ.fragment([(3, outer)], [(3, inner)])
+        gmsh.model.occ.synchronize()
+        part = [tag for _, tag in pieces[1]]
+        steel = [tag for _, tag in pieces[0] if tag not in part]
+        for tag, (name, volumes) in enumerate((("part", part), ("moldbase", steel)), 1):
+            gmsh.model.addPhysicalGroup(3, volumes, tag)
+            gmsh.model.setPhysicalName(3, tag, name)
+        gmsh.model.mesh.generate(3)
+        reports = []
+        for order in (1, 2):
+            gmsh.model.mesh.setOrder(order)
+            for version in (2.2, 4.1):
+                for binary in (0, 1):
+                    gmsh.option.setNumber("Mesh.MshFileVersion", version)
+                    gmsh.option.setNumber("Mesh.Binary", binary)
+                    gmsh.write(self.mesh)
+                    done = run(self.mesh, self.target, "--json")
+                    self.assertEqual("", done.stderr)
+                    report = json.loads(done.stdout)
+                    self.assertEqual(report["secondOrder"] > 0, order == 2)
+                    reports.append((report["surfaces"], [c["elements"] for c in report["components"]]))
+                    for component, volume in zip(report["components"], (8, 56)):
+                        self.assertAlmostEqual(volume, component["volumeOut"], 4)
+        self.assertTrue(all(report == reports[0] for report in reports), reports)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,120 @@
+"""`orvmesh transfer` and `orvmesh variants` from outside: results, refusals, and what they leave behind."""
+import json
+import os
+import resource
+import signal
+import subprocess
+import tempfile
+import unittest
+
+ORVMESH = os.environ["ORVMESH"]
+SOURCE = os.environ["ORVMESH_SOURCE"]
+VARIANTS = ["channels", "hot-runner", "stream-line", "moldbase", "part-inserts", "part-inserts-channels"]
+SUBCOMMANDS = ["import", "info", "dump", "load", "export", "transfer", "variants"]
+MESH = {"format": "ofe-json", "version": 1, "header": {"fields": {"0": 14001}},
+        "nodes": [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1], [1, 1, 1]],
+        "elementsPlastic": [{"nodes": [1, 2, 3, 4], "a": 1, "b": 201, "value": 0}],
+        "elementsMoldBase": [{"nodes": [2, 3, 4, 5], "a": 5002, "b": 1, "value": 0}],
+        "elementsCoolChannel": [{"nodes": [1, 2, 3, 5], "a": 1, "b": 3, "value": 0}]}
+
+
+def run(*arguments, **options):
+    return subprocess.run([ORVMESH, *arguments], capture_output=True, text=True, timeout=60, **options)
+
+
+class Transfer(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        previous = os.getcwd()
+        os.chdir(folder.name)
+        self.addCleanup(os.chdir, previous)
+        self.load(MESH, "mold.ofe")
+        with open("target.ofe", "w") as target:
+            target.write("old")
+
+    def load(self, mesh, path):
+        with open("mesh.json", "w") as text:
+            json.dump(mesh, text)
+        self.assertEqual(run("load", "mesh.json", path).returncode, 0)
+        os.remove("mesh.json")
+
+    def refused(self, *arguments, names, **options):
+        """One line on standard error that names the file and the fault; nothing changed, nothing left."""
+        before = sorted(os.listdir("."))
+        result = run(*arguments, **options)
+        self.assertEqual(result.returncode, 1, arguments)
+        self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
+        for part in names:
+            self.assertIn(part, result.stderr)
+        with open("target.ofe") as target:
+            self.assertEqual(target.read(), "old")
+        self.assertEqual(sorted(os.listdir(".")), before)
+
+    def test_every_variant_writes_a_file_that_opens(self):
+        for variant in VARIANTS:
+            with self.subTest(variant):
+                result = run("transfer", variant, "mold.ofe", variant + ".ofe")
+                self.assertEqual((result.returncode, result.stderr), (0, ""))
+                self.assertEqual(run("info", variant + ".ofe").returncode, 0)
+        self.assertFalse(os.path.exists("MeshTranslate.log"))
+
+    def test_bad_sources(self):
+        with open("mold.ofe", "rb") as source:
+            whole = source.read()
+        flipped = bytearray(whole)
+        flipped[len(whole) // 2] ^= 1
+        contents = {"empty": b"", "text": b"1\nno mesh\n", "cut": whole[:-1], "half": whole[:len(whole) // 2],
+                    "appended": whole + b"\0", "flipped": bytes(flipped)}
+        for name, content in contents.items():
+            with open(name, "wb") as file:
+                file.write(content)
+        os.mkdir("folder")
+        for source in [*contents, "folder", "missing"]:
+            for variant in VARIANTS:
+                with self.subTest(source=source, variant=variant):
+                    self.refused("transfer", variant, source, "target.ofe", names=[f"orvmesh: {source}: "])
+
+    def test_bad_targets(self):
+        os.mkdir("folder")
+        for target in ["folder", "missing/target.ofe", "/dev/full", "/proc/target.ofe"]:
+            for variant in VARIANTS:
+                with self.subTest(target=target, variant=variant):
+                    self.refused("transfer", variant, "mold.ofe", target, names=[f"orvmesh: {target}: "])
+
+    def test_a_full_disk(self):
+        def small_files_only():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (512, 512))
+
+        for variant in VARIANTS:
+            self.refused("transfer", variant, "mold.ofe", "target.ofe", names=["target.ofe: ", "File too large"],
+                         preexec_fn=small_files_only)
+
+    def test_nothing_to_do_and_versions(self):
+        fields = MESH["header"]["fields"]
+        cases = [("part-inserts", {**fields, "18": 0}, "field 18"),
+                 ("part-inserts-channels", {**fields, "17": 0, "18": 0}, "field 18 or 17"),
+                 ("stream-line", {"0": 14000}, "14000"), ("channels", {"0": 15000}, "14001")]
+        for variant, changed, part in cases:
+            with self.subTest(variant=variant, part=part):
+                self.load({**MESH, "header": {"fields": changed}}, "changed.ofe")
+                self.refused("transfer", variant, "changed.ofe", "target.ofe", names=[part])
+        self.load({**MESH, "header": {"fields": {"0": 13001}}}, "old.ofe")
+        self.assertEqual(run("transfer", "hot-runner", "old.ofe", "target.ofe").returncode, 1)
+
+    def test_usage(self):
+        self.assertEqual(run("--version").stdout.split()[0], "orvmesh")
+        self.assertIn("Example", run("--help").stdout)
+        for name in SUBCOMMANDS:
+            self.assertIn("Example", run(name, "--help").stdout, name)
+        for wrong in [[], ["nothing"], ["transfer"], ["transfer", "all", "a", "b"], ["transfer", "moldbase", "a"]]:
+            self.assertEqual(run(*wrong).returncode, 2, wrong)
+
+    def test_printed_rules_are_the_committed_ones(self):
+        with open(os.path.join(SOURCE, "docs", "variants.md")) as committed:
+            self.assertEqual(run("variants", "--print").stdout, committed.read())
+
+
+if __name__ == "__main__":
+    unittest.main()

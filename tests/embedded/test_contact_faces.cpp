@@ -1,0 +1,203 @@
+#include <algorithm>
+#include <map>
+#include <random>
+#include <set>
+
+#include "base/face_tables.h"
+#include "embedded/mesh.h"
+
+namespace orvmesh::test {
+namespace {
+
+// A random mold on a grid of cells, and what its contact faces must be by the definition: computed from the
+// grid's own node numbers, which both numberings of the mesh come from.
+class RandomMold {
+ public:
+  RandomMold(unsigned seed, bool tetrahedra, bool split) : random_(seed), split_(split) {
+    enum { kPart, kMold, kInsertA, kInsertB, kVoid };
+    for (int z = 0; z < kCells; ++z)
+      for (int y = 0; y < kCells; ++y)
+        for (int x = 0; x < kCells; ++x) {
+          const int role = static_cast<int>(random_() % 5);
+          if (role == kVoid) continue;
+          int corner[8];
+          for (int c = 0; c < 8; ++c) corner[c] = gridNode(x + (c & 1), y + (c >> 1 & 1), z + (c >> 2));
+          for (const auto& local : tetrahedra ? kTetrahedra : kHexahedron) {
+            std::vector<int> nodes;
+            nodes.reserve(local.size());
+            for (const int n : local) nodes.push_back(corner[n]);
+            // Material 5001 is typed as an insert and written as mold: no insert here.
+            const int material = role == kInsertA   ? 5002
+                                 : role == kInsertB ? 10001
+                                 : random_() % 2    ? 5001
+                                                    : 1;
+            add(role == kPart, role, nodes, role == kPart ? 1 : material);
+          }
+        }
+    addSurfaces(true);
+    addSurfaces(false);
+    std::shuffle(surfaceKeys_.begin(), surfaceKeys_.end(), random_);
+    for (const auto& [key, surface] : surfaceKeys_) mesh.surfaces.push_back(surface);
+  }
+
+  Mesh mesh;
+
+  std::vector<std::string> expected() const {
+    std::map<Key, Members> faces;
+    visitFaces([&](const Element& e, int face, const Key& key, const Mesh::Surface&) {
+      Members& m = faces[key];
+      if (e.isPlastic)
+        m.plastic = true;
+      else if (e.isInsert())
+        m.inserts.push_back({e.number, face});
+      else if (m.other == 0)
+        m.other = e.material;
+    });
+    std::vector<std::string> lines;
+    for (std::size_t s = 0; s < surfaceKeys_.size(); ++s) {
+      const Members& m = faces.at(surfaceKeys_[s].first);
+      if (m.plastic && m.inserts.size() == 1)
+        lines.push_back(lineOf(static_cast<int>(s) + 1, 0, 0, surfaceKeys_[s].second));
+    }
+    visitFaces([&](const Element& e, int, const Key& key, const Mesh::Surface& face) {
+      const Members& m = faces.at(key);
+      if (e.isInsert() && m.other != 0 && m.inserts.size() == 1) lines.push_back(lineOf(0, 1, m.other, face));
+    });
+    return lines;
+  }
+
+  static std::string lineOf(int surface, int kind, int owner, const Mesh::Surface& face) {
+    std::string line =
+        std::to_string(surface) + " " + std::to_string(kind) + " " + std::to_string(owner) + ":";
+    for (const int n : face.nodes) line += " " + std::to_string(n);
+    return line;
+  }
+
+ private:
+  static constexpr int kCells = 4;
+  using Key = std::set<int>;
+  struct Element {
+    bool isPlastic;
+    int number, material;
+    std::vector<int> grid, nodes;
+    bool isInsert() const { return !isPlastic && 5002 <= material && material <= 10001; }
+  };
+  struct Members {
+    bool plastic = false;
+    std::vector<std::pair<int, int>> inserts;
+    int other = 0;
+  };
+  static inline const std::vector<std::vector<int>> kHexahedron{{0, 1, 3, 2, 4, 5, 7, 6}};
+  static inline const std::vector<std::vector<int>> kTetrahedra{{0, 1, 3, 7}, {0, 3, 2, 7}, {0, 2, 6, 7},
+                                                                {0, 6, 4, 7}, {0, 4, 5, 7}, {0, 5, 1, 7}};
+
+  static int gridNode(int x, int y, int z) { return x + (kCells + 1) * (y + (kCells + 1) * z); }
+
+  // Split meshes number the nodes of each component for themselves, a hair's breadth apart.
+  int nodeOf(int grid, int component) {
+    const auto [at, isNew] = numbers_.try_emplace({split_ ? component : 0, grid}, 0);
+    if (!isNew) return at->second;
+    const auto jitter = [this] { return split_ ? static_cast<float>(random_() % 3) * 5e-7F : 0.F; };
+    const int n = kCells + 1;
+    const auto placed = [&](int cell) { return static_cast<float>(cell) + jitter(); };
+    mesh.nodes.push_back({placed(grid % n), placed(grid / n % n), placed(grid / n / n)});
+    return at->second = static_cast<int>(mesh.nodes.size());
+  }
+
+  void add(bool isPlastic, int component, const std::vector<int>& grid, int material) {
+    auto& list = isPlastic ? mesh.plastic : mesh.mold;
+    Element element{isPlastic, static_cast<int>(list.size()) + 1, material, grid, {}};
+    for (const int g : grid) element.nodes.push_back(nodeOf(g, component));
+    list.push_back({element.nodes, material, 1});
+    elements_.push_back(element);
+  }
+
+  template <class Visit>
+  void visitFaces(Visit visit) const {
+    for (const Element& e : elements_) {
+      const auto faces = facesOf(static_cast<int>(e.nodes.size()));
+      for (std::size_t f = 0; f < faces.size(); ++f) {
+        Key key;
+        Mesh::Surface surface{{}, e.isPlastic ? 1 : 2, 0, 0, 0, e.number, 0};
+        for (int k = 0; k < 4; ++k) {
+          const auto local = static_cast<std::size_t>(faces[f].nodes[std::min(k, faces[f].nodeCount - 1)]);
+          key.insert(e.grid[local]);
+          surface.nodes[static_cast<std::size_t>(k)] = e.nodes[local];
+        }
+        visit(e, static_cast<int>(f), key, surface);
+      }
+    }
+  }
+
+  // Half of the faces that no second element of the same list has; some of them on other interfaces.
+  void addSurfaces(bool plastic) {
+    std::map<Key, int> uses;
+    visitFaces(
+        [&](const Element& e, int, const Key& key, const auto&) { uses[key] += e.isPlastic == plastic; });
+    visitFaces([&](const Element& e, int, const Key& key, Mesh::Surface surface) {
+      if (e.isPlastic != plastic || uses[key] != 1 || random_() % 2 == 0) return;
+      if (random_() % 8 == 0)
+        surface.interfaceId = 3;
+      else
+        surfaceKeys_.emplace_back(key, surface);
+    });
+  }
+
+  std::mt19937 random_;
+  bool split_;
+  std::map<std::pair<int, int>, int> numbers_;
+  std::vector<Element> elements_;
+  std::vector<std::pair<Key, Mesh::Surface>> surfaceKeys_;
+};
+
+std::vector<std::string> contactFacesOf(const Mesh& mesh) {
+  const TempDir dir;
+  EXPECT_EQ(mesh.write(dir / "mesh.ofe"), 1);
+  COFEData data;
+  EXPECT_EQ(data.ReadDataBin((dir / "mesh.ofe").c_str(), nullptr, 0, false), 1) << data.errorText();
+  std::vector<std::string> lines;
+  for (const ContactFaceRecord& r : data.contactFaces()) {
+    EXPECT_EQ(r.nodes[0], 0);
+    lines.push_back(RandomMold::lineOf(r.surfaceNo, r.faceType, r.faceOwner,
+                                       {{r.nodes[1], r.nodes[2], r.nodes[3], r.nodes[4]}, 0, 0, 0, 0, 0, 0}));
+  }
+  return lines;
+}
+
+TEST(ContactFaces, AgreeWithTheDefinition) {
+  std::size_t records = 0;
+  for (unsigned seed = 0; seed < 40; ++seed) {
+    const RandomMold mold(seed, seed % 2 == 0, seed % 4 >= 2);
+    const auto found = contactFacesOf(mold.mesh);
+    EXPECT_EQ(found, mold.expected()) << seed;
+    records += found.size();
+  }
+  EXPECT_GT(records, 1000);
+}
+
+// Gaps in units of the tolerance decide whether separately numbered components touch.
+TEST(ContactFaces, ToleranceIsAMillionthOfTheDiagonal) {
+  for (const auto& [gap, touches] :
+       {std::pair{0.0, true}, {0.9, true}, {1.2, false}, {9.0, false}, {1e4, false}}) {
+    Mesh mesh;
+    const auto z = static_cast<float>(gap * 1e-6 * std::sqrt(3.0));
+    mesh.nodes = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, -z}, {1, 0, -z}, {0, 1, -z}, {1, 1, -z}};
+    mesh.nodes.push_back({1, 1, 1});
+    mesh.plastic = {{{1, 2, 3, 4}, 1, 1}};
+    mesh.mold = {{{5, 6, 7, 8}, 5002, 0}};
+    mesh.surfaces = {{{7, 6, 5, 0}, 2, 0, 0, 0, 1, 0}, {{1, 3, 2, 2}, 1, 0, 0, 0, 1, 0}};
+    EXPECT_EQ(contactFacesOf(mesh).size(), touches ? 2 : 0) << gap;
+  }
+}
+
+// All nodes in one place, or none at all: nothing to find, and no hang.
+TEST(ContactFaces, DegenerateMeshes) {
+  Mesh mesh = twoTetrahedra();
+  mesh.mold[0].a = 5002;
+  for (auto& node : mesh.nodes) node = {7, 7, 7};
+  EXPECT_TRUE(contactFacesOf(mesh).empty());
+  EXPECT_TRUE(contactFacesOf(Mesh{}).empty());
+}
+
+}  // namespace
+}  // namespace orvmesh::test

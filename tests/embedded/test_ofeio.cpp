@@ -1,0 +1,204 @@
+#include <sys/stat.h>
+
+#include "embedded/all_blocks.h"
+#include "embedded/mesh.h"
+
+namespace orvmesh::test {
+namespace {
+
+constexpr const char* kAllBlocks =
+    "layerC 78 79 water\n"
+    "layerP 72 73  74 75 76 77\n"
+    "layerM 60 61 steel 62 63 64 65\n"
+    "layerM 66 67  68 69 70 71\n"
+    "name gate one 7 1  BRANCH_ID=-3 THICKNESS=2.5\n"
+    "name  8 0 \n"
+    "name e 9 1 \n"
+    "list 2 50,51,52\n"
+    "list 1 \n"
+    "ccs 0 0 0 0 1,2,3,3 42 43\n"
+    "metal 1 1 2 3 0,0,0,0 0 0\n"
+    "metal 0 0 0 0 1,2,3,4 40 41\n"
+    "sensor 6 1,2,3,4 1.5 2.5 3.5\n"
+    "sensor 1 1,2,3,4 4.5 5.5 6.5\n"
+    "layout 1 2 3 4 1 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20\n"
+    "layout 1 2 3 5 2 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0\n"
+    "layout 0 0 0 0 0 1 2 8 9.25 10 11 12 0.1 0.2 0.3 0.4 0.5 0.6 0.7 -5e-05\n"
+    "line 1 2 3 4 5 6 7 8\n"
+    "line 9 10 11 12 13 14 15 16\n"
+    "diameter 1,2,3,4,5,6,7,0 8.5\n"
+    "badC 1 32\n"
+    "badM 3 31\n"
+    "badP 2 30\n"
+    "bc 5 3 0.75\n"
+    "bc 6 9 -0.75\n"
+    "surface 1,2,3,3 1 12 13 14 1 -15\n"
+    "surface 1,2,3,4 4 17 18 19 1 16909060\n"
+    "C 8 1,2,3,4,5,6,7,8 2 11 4.5\n"
+    "M 4 1,2,3,4,0,0,0,0 5001 6 0\n"
+    "M 8 1,2,3,4,5,6,7,8 7 8 2.5\n"
+    "M 5 1,2,3,4,5,0,0,0 9 10 3.5\n"
+    "P 4 1,2,3,4,0,0,0,0 1 2 0.5\n"
+    "P 4 1,2,3,4,0,0,0,0 3 4 1.5\n"
+    "node 0 0 -1.5\nnode 1 0.25 -1.5\nnode 2 0.5 -1.5\nnode 3 0.75 -1.5\nnode 4 1 -1.5\nnode 5 1.25 -1.5\n"
+    "node 6 1.5 -1.5\nnode 7 1.75 -1.5\nnode 8 2 -1.5\n"
+    "parting 0 0 1\n";
+
+class Ofeio : public ::testing::Test {
+ protected:
+  TempDir dir_;
+  const std::string path_ = dir_ / "mesh.ofe";
+};
+
+TEST_F(Ofeio, EveryBlockComesBackInAnyOrder) {
+  ASSERT_EQ(writeAllBlocks(path_), 1);
+  OFEIO_Manipulator file;
+  ASSERT_EQ(file.beginReading(path_.c_str(), nullptr, 0), 1) << file.errorText();
+  EXPECT_EQ(readAllBlocks(file), kAllBlocks);
+  EXPECT_EQ(file.errorText(), "");
+  EXPECT_EQ(file.fileVersion(), 13001);
+  for (int i = 0; i < OFEHeader::kWords; ++i) {
+    if (i == m_HEADER_ScaleFactor || i == m_HEADER_NBadC) continue;
+    EXPECT_EQ(file.header[i], 1000 + i);
+  }
+  EXPECT_EQ(file.header[m_HEADER_NBadC], 77);
+  EXPECT_EQ(file.getHeaderSourceString() + "|" + file.getHeaderDateTimeString() + "|" +
+                file.getHeaderUnitString() + "|" + file.getHeaderRemarkString(),
+            "source||mm|remark \xC3\xA4");
+  EXPECT_EQ(file.endReading(), 1);
+  EXPECT_EQ(file.endReading(), 0);
+}
+
+TEST_F(Ofeio, SecondPartAloneLeavesTheFirstEmpty) {
+  ASSERT_EQ(writeAllBlocks(path_), 1);
+  OFEIO_Manipulator file;
+  ASSERT_EQ(file.beginReading(path_.c_str(), nullptr, 1), 1);
+  const std::string all = kAllBlocks;
+  const std::string second = all.substr(0, all.find("badC")) + "parting 0 0 1\n";
+  EXPECT_EQ(readAllBlocks(file), second);
+}
+
+// Columns of many chunks, constant and changing, element types that change late, a list longer than a chunk.
+TEST_F(Ofeio, LargeBlocksComeBack) {
+  constexpr int kCount = 700000;
+  const auto nodeCount = [](int i) { return i < 600000 ? 4 : 4 + i % 5; };
+  const auto group = [](int i) { return i < 300000 ? 1 : -i; };
+  const std::vector<int> list(400000, 7);
+  OFEIO_Manipulator file;
+  ASSERT_EQ(file.beginWriting(path_.c_str(), 14001, 0), 1);
+  int nodes[8];
+  for (int i = 0; i < kCount; ++i) {
+    for (int k = 0; k < 8; ++k) nodes[k] = i + k;
+    ASSERT_EQ(file.writeElementMoldBaseBlockEntry(nodeCount(i), nodes, i, group(i), static_cast<float>(i)),
+              i);
+  }
+  file.writeSurfaceElementBoundaryConditionBlockEntry(1, 400000, list.data());
+  ASSERT_EQ(file.endWriting(), 1) << file.errorText();
+
+  ASSERT_EQ(file.beginReading(path_.c_str(), nullptr, 0), 1);
+  int count = 0, a = 0, b = 0, wrong = 0;
+  float value = 0;
+  for (int i = 0; i < kCount; ++i) {
+    ASSERT_EQ(file.readElementMoldBaseBlockEntry(count, nodes, a, b, value), i);
+    wrong += count != nodeCount(i) || nodes[count - 1] != i + count - 1 || a != i || b != group(i) ||
+             value != static_cast<float>(i);
+  }
+  EXPECT_EQ(wrong, 0);
+  EXPECT_EQ(file.readElementMoldBaseBlockEntry(count, nodes, a, b, value), -1);
+  const int* read = nullptr;
+  ASSERT_EQ(file.readSurfaceElementBoundaryConditionBlockEntry(a, count, read), 0);
+  EXPECT_EQ(std::vector<int>(read, read + count), list);
+}
+
+TEST_F(Ofeio, RefusedEntriesSpoilTheFile) {
+  const int nodes[9] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
+  using Write = std::function<int(OFEIO_Manipulator&)>;
+  const std::pair<Write, const char*> cases[] = {
+      {[&](auto& f) { return f.writeElementPlasticBlockEntry(9, nodes, 1, 1, 0); },
+       "elementsPlastic entry 1 has 9 nodes (legal: 1 to 8)"},
+      {[&](auto& f) { return f.writeElementPlasticBlockEntry(0, nodes, 1, 1, 0); },
+       "elementsPlastic entry 1 has 0 nodes (legal: 1 to 8)"},
+      {[&](auto& f) { return f.writeSurfaceElementBoundaryConditionBlockEntry(1, -1, nodes); },
+       "surfaceBoundaryConditions entry 1 has a list of -1 values"},
+      {[&](auto& f) {
+         f.writeElementPlasticBlockEntry(4, nodes, 1, 1, 0);
+         return f.writeNodeBlockEntry(0, 0, 0);
+       },
+       "nodes was finished before and got another entry"}};
+  writeBytes(path_, "the old target");
+  for (const auto& [write, text] : cases) {
+    OFEIO_Manipulator file;
+    ASSERT_EQ(file.beginWriting(path_.c_str(), 14001, 0), 1);
+    EXPECT_EQ(file.writeNodeBlockEntry(0, 0, 0), 0);
+    EXPECT_EQ(write(file), -1);
+    EXPECT_EQ(file.endWriting(), 0);
+    EXPECT_EQ(file.errorText(), text);
+    EXPECT_EQ(bytesOf(path_), "the old target");
+  }
+}
+
+TEST_F(Ofeio, VersionsHaveGaps) {
+  std::string accepted;
+  for (int version = 0; version < 16000; ++version) {
+    OFEIO_Manipulator file;
+    const int result = file.beginWriting(path_.c_str(), version, 0);
+    EXPECT_EQ(result, OFEIO_Manipulator::isWritableVersion(version) ? 1 : -1);
+    if (result != 1) continue;
+    accepted += std::to_string(version) + " ";
+    EXPECT_EQ(file.endWriting(), 1);
+    EXPECT_EQ(file.beginReading(path_.c_str(), nullptr, 0), 1);
+    EXPECT_EQ(file.fileVersion(), version);
+  }
+  EXPECT_EQ(accepted, "2002 2008 2009 2010 2011 2012 13001 14001 14002 14003 ");
+}
+
+TEST_F(Ofeio, DoorsAreShutInWords) {
+  OFEIO_Manipulator file;
+  EXPECT_EQ(file.writeNodeBlockEntry(0, 0, 0), -1);
+  EXPECT_EQ(file.endWriting(), 0);
+  EXPECT_EQ(file.beginWriting(dir_.path().c_str(), 14001, 0), 0);
+  EXPECT_EQ(file.beginWriting((dir_ / "none/x.ofe").c_str(), 14001, 0), 0);
+  EXPECT_EQ(file.errorText(), "cannot be written: No such file or directory");
+  EXPECT_EQ(file.beginWriting(nullptr, 14001, 0), 0);
+  EXPECT_EQ(file.beginWriting(path_.c_str(), 14001, 0), 1);
+  EXPECT_EQ(file.beginReading(path_.c_str(), nullptr, 0), 0);
+  EXPECT_EQ(file.errorText(), "another file is still open");
+
+  writeBytes(dir_ / "empty", "");
+  writeBytes(dir_ / "text", "1\n[HEADER]\n");
+  ASSERT_EQ(::mkfifo((dir_ / "pipe").c_str(), 0600), 0);
+  const std::string log = dir_ / "log";
+  std::string logged;
+  for (const auto& [name, text] : {std::pair{"missing", "cannot be read: No such file or directory"},
+                                   {"", "is a directory"},
+                                   {"empty", "is empty"},
+                                   {"pipe", "is not a regular file"},
+                                   {"text",
+                                    "is not an OFE block file (it begins with \"1\\x0a[HEADE\", a block "
+                                    "file with \"0blocks\\x0a\")"}}) {
+    OFEIO_Manipulator reader;
+    int format = 5;
+    const std::string path = dir_ / name;
+    EXPECT_EQ(reader.beginReading(path.c_str(), log.c_str(), 0), 0);
+    EXPECT_EQ(reader.errorText(), text);
+    EXPECT_EQ(refusalOf(path), text);
+    EXPECT_EQ(OFEIO_Manipulator::getFileFormat(path.c_str(), format), 0);
+    EXPECT_EQ(format, 0);
+    EXPECT_EQ(OFEIO_Manipulator::getFileSecondBlockExsistency(path.c_str()), -1);
+    logged += path + ": " + text + "\n";
+  }
+  EXPECT_EQ(bytesOf(log), logged);
+}
+
+TEST_F(Ofeio, FileQuestions) {
+  int format = 0;
+  ASSERT_EQ(twoTetrahedra().write(path_), 1);
+  EXPECT_EQ(OFEIO_Manipulator::getFileFormat(path_.c_str(), format), 1);
+  EXPECT_EQ(format, 1);
+  EXPECT_EQ(OFEIO_Manipulator::getFileSecondBlockExsistency(path_.c_str()), 0);
+  ASSERT_EQ(writeAllBlocks(path_), 1);
+  EXPECT_EQ(OFEIO_Manipulator::getFileSecondBlockExsistency(path_.c_str()), 1);
+}
+
+}  // namespace
+}  // namespace orvmesh::test

@@ -1,0 +1,81 @@
+#include "platform/text_stream.h"
+
+#include <gtest/gtest.h>
+
+#include <locale>
+
+#include "platform/locale.h"
+#include "platform/ofe_header.h"
+#include "support/temp_dir.h"
+
+namespace orvmesh::test {
+namespace {
+
+struct CommaPoint : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(TextStream, NumbersPassInTheClassicLocale) {
+  const TempDir dir;
+  const std::string path = dir / "\xC3\xA4.txt";
+  const std::locale old = std::locale::global(std::locale(std::locale::classic(), new CommaPoint));
+  const std::locale global;
+  std::ofstream out;
+  OpenTextStreamWithRetry(out, path.c_str());
+  out << 1234567 << ' ' << 0.5 << '\n';
+  out.close();
+  std::ifstream in;
+  OpenTextStreamWithRetry(in, path.c_str());
+  std::string line;
+  std::getline(in, line);
+  EXPECT_EQ(line, "1234567 0.5");
+  EXPECT_EQ(std::locale(), global);
+  std::locale::global(old);
+}
+
+TEST(TextStream, WritingReplacesAndFailuresSetTheFailBit) {
+  const TempDir dir;
+  const std::string path = dir / "text";
+  for (const char* text : {"a longer text", "short"}) {
+    std::ofstream out;
+    OpenTextStreamWithRetry(out, path.c_str());
+    ASSERT_TRUE(out.good());
+    out << text;
+  }
+  std::ifstream in;
+  OpenTextStreamWithRetry(in, path.c_str());
+  std::string all;
+  std::getline(in, all, '\0');
+  EXPECT_EQ(all, "short");
+  std::ifstream missing;
+  OpenTextStreamWithRetry(missing, (dir / "none").c_str());
+  EXPECT_TRUE(missing.fail());
+  std::ofstream nowhere;
+  OpenTextStreamWithRetry(nowhere, (dir / "none/text").c_str());
+  EXPECT_TRUE(nowhere.fail());
+}
+
+TEST(Locale, TheDefaultExistsWhateverTheEnvironmentSays) {
+  for (const char* name : {"C", "xx_NOWHERE", "", "C.UTF-8"}) {
+    ::setenv("LC_ALL", name, 1);
+    EXPECT_NO_THROW(std::locale{COrvLocale::GetSystemDefaultLocale()}) << name;
+  }
+  ::setenv("LC_ALL", "xx_NOWHERE", 1);
+  EXPECT_EQ(COrvLocale::GetSystemDefaultLocale(), "C");
+  ::unsetenv("LC_ALL");
+}
+
+TEST(OfeHeader, FloatWordsAreBitsOfTheWord) {
+  OFEHeader header;
+  header.setFloatField(m_HEADER_ScaleFactor, 0.001F);
+  EXPECT_EQ(header[29], 0x3a83126f);
+  EXPECT_EQ(header.floatField(29), 0.001F);
+  int floats = 0;
+  for (int i = 0; i < OFEHeader::kWords; ++i) floats += OFEHeader::isFloatField(i);
+  EXPECT_EQ(floats, 5 + 12);
+}
+
+}  // namespace
+}  // namespace orvmesh::test

@@ -1,0 +1,215 @@
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "transfer/mold.h"
+#include "transfer/prepass/groups.h"
+#include "transfer/prepass/inlets.h"
+#include "transfer/prepass/node_typing.h"
+#include "transfer/prepass/part_inserts.h"
+#include "transfer/rules/boundary_codes.h"
+#include "transfer/rules/face_rules.h"
+#include "transfer/solver_mesh_writer.h"
+#include "transfer/variants.h"
+
+using namespace orvmesh;
+using namespace orvmesh::test;
+using namespace orvmesh::transfer;
+
+namespace {
+
+TEST(ElementRules, MaterialsAtTheEdgesOfTheRanges) {
+  // Material of a mold element; material in the mold-base mesh; block in the joined mesh; typed as an insert.
+  const struct {
+    int material, moldBase;
+    const char* joined;
+    bool typed;
+  } rows[] = {{1, 1, "M", false},        {2, 5002, "M", false},      {4999, 9999, "M", false},
+              {5000, 10000, "M", false}, {5001, 5001, "M", true},    {5002, 5002, "P", true},
+              {9999, 9999, "P", true},   {10000, 10000, "P", false}, {10001, 10001, "P", false},
+              {10002, 6002, "M", false}, {10899, 6899, "M", false},  {10900, 10900, "M", false},
+              {10901, 6901, "M", false}, {11900, 7900, "M", false},  {0, 0, "M", false},
+              {-3, -3, "M", false}};
+  const TempDir dir;
+  for (const auto& row : rows) {
+    const std::string source =
+        writeOfe(dir, R"({"format":"ofe-json","version":1,"header":{"fields":{"0":14001,"18":1}},
+      "nodes":[[0,0,0],[1,0,0],[0,1,0],[0,0,1]],
+      "elementsMoldBase":[{"nodes":[1,2,3,4],"a":)" +
+                          std::to_string(row.material) + R"(,"b":5,"value":0}]})");
+    const std::string target = dir / "target.ofe";
+    COrvMeshFormatTransfer transfer;
+    runVariant(transfer, "moldbase", source, target);
+    EXPECT_EQ(elementLines(readOfe(target), "elementsPlastic"),
+              Lines{"1 2 3 4 | 1 " + std::to_string(row.moldBase)});
+    runVariant(transfer, "part-inserts", source, target);
+    const auto joined = readOfe(target);
+    EXPECT_EQ(elementLines(joined, "elementsPlastic").size(), row.joined[0] == 'P' ? 1U : 0U) << row.material;
+    EXPECT_EQ(elementLines(joined, "elementsMoldBase").size(), row.joined[0] == 'M' ? 1U : 0U)
+        << row.material;
+    int types[5] = {};
+    transfer.GetPIGloalNodeType(types);
+    EXPECT_EQ(types[1], row.typed ? NodeType_PartInsert : NodeType_Mold) << row.material;
+  }
+}
+
+TEST(FaceRules, NodesAreCompletedFromTheOneBefore) {
+  const struct {
+    int stored[4], written[4];
+  } rows[] = {{{7, 8, 9, 0}, {7, 8, 9, 9}},
+              {{7, 8, 0, 0}, {7, 8, 8, 8}},
+              {{7, 0, 9, 0}, {7, 7, 9, 9}},
+              {{7, 8, 9, 6}, {7, 8, 9, 6}}};
+  for (const auto& row : rows) {
+    SurfaceElement face{};
+    std::copy_n(row.stored, 4, face.nodes);
+    const Face written = asStored(face);
+    EXPECT_TRUE(std::equal(row.written, row.written + 4, written.nodes));
+  }
+}
+
+TEST(FaceRules, ChannelGroupsComeFromTheInletsOrTheFaceItself) {
+  std::stringstream console;
+  COrvSolverMeshWriter worker(console, console);
+  worker.found.inlets = std::vector<std::int32_t>(1001, 0);
+  worker.found.inlets[1] = 41;
+  worker.found.inlets[999] = 42;
+  worker.found.inlets[1000] = 43;
+  SurfaceElement face{};
+  face.boundaryType = 6;
+  for (const auto& [tag, group] : std::initializer_list<std::pair<std::uint32_t, int>>{
+           {0, 6}, {1U << 8, 41}, {999U << 8, 42}, {1000U << 8, 6}, {0x8FFFFFFF, 6}, {0xF00001FF, 41}}) {
+    face.tag = tag;
+    EXPECT_EQ(channelGroup(face, worker), group) << tag;
+  }
+  worker.found.inlets.resize(5);  // a list that is shorter than the group
+  face.tag = 5U << 8;
+  EXPECT_EQ(channelGroup(face, worker), 6);
+}
+
+TEST(FaceRules, HotRunnerFacesAtTheEdges) {
+  std::stringstream console;
+  const COrvSolverMeshWriter worker(console, console);  // no gates, no elements
+  struct Row {
+    int type;
+    std::uint32_t tag;
+    bool kept;
+    int writtenType;
+    std::uint32_t writtenTag;
+  };
+  for (const Row& row :
+       {Row{0, 1, false, 0, 0}, Row{1, 6, true, 1, 6}, Row{1, 0x507, true, 1, 0x507}, Row{-1, 1, false, 0, 0},
+        Row{14, 1, false, 0, 0}, Row{3, 5, false, 0, 0}, Row{13, 0, true, 0, 1}, Row{2, 9, true, 0, 1},
+        Row{5, 0, false, 0, 0}, Row{4, 0x203, false, 0, 0},  // a common gate without a number is dropped
+        Row{14, 0x206, true, 7, 0x0FFFFF06},                 // any other is written all the same
+        Row{-1, 0x206, true, 7, 0x0FFFFF06}}) {
+    SurfaceElement face{3, 1, 0, 0, row.type, 0, {1, 2, 3, 0}, row.tag};
+    FaceCarry carry;
+    const auto written = hotRunnerFace(face, worker, carry);
+    ASSERT_EQ(written.has_value(), row.kept) << row.type << " " << row.tag;
+    if (!written) continue;
+    EXPECT_EQ(written->boundaryType, row.writtenType) << row.type << " " << row.tag;
+    EXPECT_EQ(written->tag, row.writtenTag) << row.type << " " << row.tag;
+    face.interfaceId = 2;
+    EXPECT_FALSE(hotRunnerFace(face, worker, carry));
+  }
+}
+
+TEST(FaceRules, ASurfaceNumberBeyondTheListWaitsForOneKey) {
+  std::stringstream out, in("xyz");
+  const auto marks =
+      markContactSurfaces({{2, 0, 0, {}}, {4, 0, 0, {}}, {0, 1, 1, {}}, {3, 0, 0, {}}}, 3, out, in);
+  EXPECT_EQ(out.str(), "2SurID=4\n");
+  EXPECT_EQ(in.get(), 'y');
+  EXPECT_EQ((std::vector<int>{marks[1], marks[2], marks[3]}), (std::vector<int>{0, 1, 1}));
+}
+
+TEST(BoundaryCodes, OnlyTheExactCodeMatches) {
+  for (const char* unknown : {"em", "E", "EMX", "", "??", "ME"})
+    EXPECT_EQ(boundaryType(kBoundaryCodes, unknown, 77), 77) << unknown;
+  const char* const codes[] = {"EM", "EC", "OM", "PR", "MW", "SM"};
+  for (int i = 0; i < 6; ++i) {
+    EXPECT_EQ(boundaryType(kBoundaryCodes, codes[i], 77), i + 1);
+    EXPECT_EQ(boundaryType(kChannelBoundaryCodes, codes[i], 77), i == 0 ? 2 : i == 1 ? 1 : i + 1);
+  }
+}
+
+TEST(Inlets, SurfaceInletsShareTheNumberOfTheLastLayoutInlet) {
+  EXPECT_EQ(numberInlets({{0, 0}, {1, 1}, {}}), (std::vector<std::int32_t>{0, 1, 2, 2, 3}));
+  EXPECT_EQ(numberInlets({{1, 0, 1}, {0, 1}, {}}), (std::vector<std::int32_t>{0, 2, 4, 0, 0, 0}));
+  EXPECT_EQ(numberInlets({{}, {1}, {}}), (std::vector<std::int32_t>{0, 0}));
+}
+
+// The highest group of inlet faces; tags beyond 1..999 leave it to the boundary type.
+TEST(Groups, HighestChannelGroup) {
+  const struct {
+    int interfaceId, contactCode, boundaryType;
+    std::uint32_t group;
+    int highest;
+  } rows[] = {{4, 1, 3, 999, 999}, {4, 1, 3, 1000, 3}, {4, 1, 3, 0, 3}, {4, 1, 3, 1, 1},
+              {4, 0, 3, 9, 0},     {4, 2, 3, 9, 0},    {3, 1, 3, 9, 0}};
+  for (const auto& row : rows) {
+    const std::int32_t nodes[4] = {1, 2, 3, 3};
+    const std::int32_t none = 0;
+    const auto tag = static_cast<std::int32_t>(row.group << 8);
+    SurfaceTable table;
+    table.nodes = nodes;
+    table.interfaceId = {&row.interfaceId, 1};
+    table.contactCode = {&row.contactCode, 1};
+    table.boundaryType = {&row.boundaryType, 1};
+    table.ownerCode = table.elementNo = {&none, 1};
+    table.tag = {&tag, 1};
+    EXPECT_EQ(highestChannelGroup(table), row.highest) << row.group;
+  }
+}
+
+TEST(NodeTyping, MaterialsOfTheJoinedPart) {
+  const std::int32_t plastic[2] = {7, 8};
+  const std::int32_t mold[6] = {5000, 5001, 9999, 10000, 1, 5002};
+  MeshModel model;
+  model.elemP.fieldA = plastic;
+  model.elemM.fieldA = mold;
+  const auto materials = joinedElementMaterials(model, 3);
+  EXPECT_EQ(std::vector<int>(materials.data(), materials.data() + 6),
+            (std::vector<int>{0, 1, 1, 5001, 9999, 5002}));
+}
+
+// The headings that reach the information dump, in order.
+TEST(Banners, NameTheBlocksInOrder) {
+  const std::map<const Variant*, std::string> expected{
+      {&kChannelOnly,
+       "Writing Binary OFE data;Writing Node;Writing ElemCChannel;Writing Elem Surface CChannel;"
+       "Writing BC CChannel;"},
+      {&kHotRunnerOnly,
+       "Writing Binary OFE data;Writing Node;Writing ElemP;Writing Elem Surface Hot runner;"
+       "Writing BC Bin;"},
+      {&kStreamLine, "Writing Binary OFE data;Writing Node;Writing ElemP;Writing Elem Surface CChannel;"},
+      {&kMoldBaseOnly, "Writing Node;WriteOfeElemPBin_OnlyMoldbase;Writing BC Bin;"},
+      {&kPartInsert,
+       "Writing Node;Writing ElemP;Writing ElemM;Writing ElemC;Writing ElemSurf PI;Writing BC Bin;"},
+      {&kPartInsertAndChannel,
+       "Writing Node;Writing ElemP;Writing ElemM;Writing ElemC;Writing ElemSurf PI;Writing BC Bin;"}};
+  const TempDir dir;
+  const std::string source = writeOfe(dir, moldJson());
+  for (const auto& [variant, titles] : expected) {
+    std::stringstream console;
+    COrvSolverMeshWriter worker(console, console);
+    ASSERT_EQ(worker.ReadDataBin(source.c_str(), (dir / "log").c_str(), 0, false), 1);
+    std::ofstream(dir / "log").close();
+    EXPECT_EQ(writeVariant(*variant, worker, (dir / "target.ofe").c_str()), 1);
+    std::string wanted;
+    std::istringstream list(titles);
+    for (std::string title; std::getline(list, title, ';');) wanted += "\n///\n/// " + title + "\n///\n";
+    std::ifstream log(dir / "log");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(log), {}), wanted) << variant->name;
+  }
+}
+
+TEST(PartInserts, ContactsOfKindThreeAreSkipped) {
+  const auto counts =
+      countContacts({{1, 0, 0, {}}, {0, 3, 0, {}}, {0, 1, 5, {}}, {0, 2, 5, {}}, {2, 0, 0, {}}});
+  EXPECT_EQ(counts.interior, 2);
+  EXPECT_EQ(counts.other, 2);
+}
+
+}  // namespace
