@@ -70,20 +70,46 @@ template <class Source>
   in.fail("element " + std::to_string(element) + " names node " + node + ", which $Nodes does not have");
 }
 
-template <class Source>
-void readElement41(Source& in, const NodeTags& tags, ElementSink& sink, const ElementType& type,
-                   std::int32_t*& out) {
-  const auto tag = in.size(kElementTag);
-  sink.add(tag);
-  const int corners = out == nullptr ? 0 : cornersOf(type.shape);
-  for (int k = 0; k < corners; ++k) {
-    const auto node = in.size(kNodeTag);
-    const auto number = tags.numberOf(node);
-    if (number == 0) [[unlikely]]
-      failMissingNode(in, tag, std::to_string(node));
-    *out++ = number;
+// Elements of a type with this many corners to keep; their node numbers go to `out`.
+template <int Corners, class Source>
+void readElements41(Source& in, const NodeTags& tags, ElementSink& sink, const ElementType& type,
+                    std::uint64_t elements, std::int32_t* out) {
+  const auto rest = static_cast<std::uint64_t>(type.nodes - Corners);
+  for (std::uint64_t k = 0; k < elements; ++k) {
+    std::uint64_t tagAndNodes[1 + Corners];
+    in.sizes(tagAndNodes, kElementTag);
+    sink.add(tagAndNodes[0]);
+    for (int c = 1; c <= Corners; ++c) {
+      const auto number = tags.numberOf(tagAndNodes[c]);
+      if (number == 0) [[unlikely]]
+        failMissingNode(in, tagAndNodes[0], std::to_string(tagAndNodes[c]));
+      *out++ = number;
+    }
+    if (rest > 0) in.skipSizes(rest, kNodeTag);
   }
-  if (type.nodes > corners) in.skipSizes(static_cast<std::uint64_t>(type.nodes - corners), kNodeTag);
+}
+
+template <class Source>
+void readElements41(Source& in, const NodeTags& tags, ElementSink& sink, const ElementType& type,
+                    std::uint64_t elements, std::int32_t* out) {
+  switch (type.taken() ? cornersOf(type.shape) : 0) {
+    case 0:
+      return readElements41<0>(in, tags, sink, type, elements, out);
+    case 1:
+      return readElements41<1>(in, tags, sink, type, elements, out);
+    case 2:
+      return readElements41<2>(in, tags, sink, type, elements, out);
+    case 3:
+      return readElements41<3>(in, tags, sink, type, elements, out);
+    case 4:
+      return readElements41<4>(in, tags, sink, type, elements, out);
+    case 5:
+      return readElements41<5>(in, tags, sink, type, elements, out);
+    case 6:
+      return readElements41<6>(in, tags, sink, type, elements, out);
+    default:
+      return readElements41<8>(in, tags, sink, type, elements, out);
+  }
 }
 
 template <class Source>
@@ -98,7 +124,7 @@ void readBlock41(Source& in, MshMesh& mesh, ElementSink& sink) {
   in.require(elements, 0, 1 + static_cast<std::uint64_t>(type.nodes), 0, "elements");
   if (elements == 0) return;
   auto* out = sink.begin(in, type, entity, 0, elements);
-  for (std::uint64_t k = 0; k < elements; ++k) readElement41(in, mesh.tags, sink, type, out);
+  readElements41(in, mesh.tags, sink, type, elements, out);
 }
 
 template <class Source>

@@ -60,6 +60,10 @@ class TextSource : public Cursor {
   std::int32_t int32(const char* what) { return number<std::int32_t>(what); }
   std::uint64_t size(const char* what) { return number<std::uint64_t>(what); }
   double real(const char* what);
+  template <std::size_t N>
+  void sizes(std::uint64_t (&values)[N], const char* what) {
+    for (auto& value : values) value = size(what);
+  }
   void skipReals(std::uint64_t count, const char* what) {
     for (; count > 0; --count) real(what);
   }
@@ -95,6 +99,13 @@ class BinarySource : public Cursor {
   std::int32_t int32(const char* what) { return value<std::int32_t>(what); }
   std::uint64_t size(const char* what) { return value<std::uint64_t>(what); }
   double real(const char* what) { return value<double>(what); }
+  template <std::size_t N>
+  void sizes(std::uint64_t (&values)[N], const char* what) {
+    if (remaining() < sizeof values) [[unlikely]]
+      failAtEnd(what);
+    std::memcpy(values, at_, sizeof values);
+    at_ += sizeof values;
+  }
   void skipReals(std::uint64_t count, const char* what) { skip(count, sizeof(double), what); }
   void skipSizes(std::uint64_t count, const char* what) { skip(count, sizeof(std::uint64_t), what); }
   void require(std::uint64_t items, std::uint64_t ints, std::uint64_t sizes, std::uint64_t reals,
