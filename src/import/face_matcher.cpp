@@ -136,7 +136,7 @@ void addBySmallest(const ElementBlock& block, std::uint64_t factor, std::vector<
 // abd and abc with alternating signs.
 void addTetrahedraBySmallest(const ElementBlock& block, std::uint64_t factor,
                              std::vector<std::uint64_t>& sums) {
-  constexpr std::ptrdiff_t kAhead = 48;  // the sums of later elements are fetched from memory meanwhile
+  constexpr std::ptrdiff_t kAhead = 48;  // twelve elements on, whose sums are fetched meanwhile
   const auto* end = block.corners.data() + block.corners.size();
   for (const auto* nodes = block.corners.data(); nodes != end; nodes += 4) {
     if (end - nodes > kAhead)
