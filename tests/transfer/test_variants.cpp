@@ -12,7 +12,7 @@ class Variants : public ::testing::Test {
     const std::string target = dir / (variant + ".ofe");
     EXPECT_EQ(runVariant(transfer, variant, source, target), expectedResult);
     EXPECT_STREQ(transfer.GetErrorMessage_Link(), "");
-    const auto file = readOfe(target);
+    auto file = readOfe(target);
     EXPECT_EQ(file["nodes"], readOfe(source)["nodes"]);
     EXPECT_EQ(file["header"]["source"], "a source");
     EXPECT_EQ(file["header"]["dateTime"], "a date");
