@@ -4,7 +4,7 @@
 Usage: demo_summary.py ORVMESH MESH.msh OUTPUT_FOLDER
 
 The files are read with read_ofe.py, and every block of each solver mesh is compared entry by entry with what
-expected_blocks.py works out from the imported mesh. Exit code 1 when anything differs.
+expected_blocks.py and expected_tables.py work out from the imported mesh. Exit code 1 when anything differs.
 """
 import os
 import re
@@ -15,15 +15,18 @@ import time
 import numpy as np
 
 import expected_blocks
+import expected_tables
 import read_ofe
 
 ELEMENT_BLOCKS = ("elementsPlastic", "elementsMoldBase", "elementsCoolChannel")
 # Header fields that count the entries of a block, and the variants whose header rule means something else: the
 # stream-line mesh copies the source's counts of mold and channel elements and writes none.
-COUNTS = {4: "elementsPlastic", 5: "elementsMoldBase", 6: "elementsCoolChannel", 7: "elementSurfaces", 12: "nodes"}
+COUNTS = {4: "elementsPlastic", 5: "elementsMoldBase", 6: "elementsCoolChannel", 7: "elementSurfaces", 12: "nodes",
+          126: "coolantChannelDiameters", 130: "coolantChannelLayout", 133: "moldMetal", 136: "coolingChannelSurface",
+          137: "boundaryConditions", 138: "surfaceBoundaryConditions", 139: "surfaceBoundaryConditionNames",
+          140: "badElementsPlastic", 141: "badElementsMoldBase", 142: "badElementsCoolChannel"}
 COUNTS_OF_THE_SOURCE = {("stream-line", 5), ("stream-line", 6)}
-# Counted in the header, not written yet.
-NOT_WRITTEN = {("moldbase", 7)}
+FIRST_SENSOR_FIELD = 120  # kinds 1 to 6
 
 
 def run(*words):
@@ -40,7 +43,7 @@ def entries(mesh, name):
 
 
 def empty_columns(layout):
-    return {column: np.zeros((0, width) if width in (3, 4, 7, 13) else 0, read_ofe.TYPES[kind])
+    return {column: np.zeros((0, width) if isinstance(width, int) and width > 1 else 0, read_ofe.TYPES[kind])
             for kind, column, width in layout}
 
 
@@ -74,9 +77,9 @@ def first_difference(name, column, found, wanted):
 
 
 def check_blocks(variant, source, target):
-    wanted = expected_blocks.expected(variant, source)
+    wanted = expected_blocks.BLOCKS[variant] | expected_tables.TABLES[variant]
     for name, columns in wanted.items():
-        for column, values in columns.items():
+        for column, values in columns(source).items():
             yield first_difference(name, column, target[name][column], values)
     for name in target.keys() - wanted.keys() - {"header"}:
         if entries(target, name):
@@ -91,12 +94,14 @@ def check_import(source):
 
 def check_header(variant, source, target):
     for field, name in COUNTS.items():
-        if (variant, field) in NOT_WRITTEN:
-            continue
         owner = source if (variant, field) in COUNTS_OF_THE_SOURCE else target
         count, found = entries(owner, name), target["header"]["words"][field]
         if found != count:
             yield f"header field {field} is {found}, {name} has {count} entries"
+    for kind in range(1, 7):
+        count, found = (target["sensors"]["type"] == kind).sum(), target["header"]["words"][FIRST_SENSOR_FIELD + kind - 1]
+        if found != count:
+            yield f"header field {FIRST_SENSOR_FIELD + kind - 1} is {found}, there are {count} sensors of kind {kind}"
 
 
 def by_interface(surfaces):
@@ -110,13 +115,20 @@ def table_row(name, result, mesh, seconds):
             str(entries(mesh, "boundaryConditions")), f"{1000 * seconds:.0f} ms"]
 
 
-def print_table(rows):
-    head = ["variant", "result", "nodes", "plastic", "mold base", "channel", "surfaces by interface", "conditions",
-            "time"]
+def print_table(head, rows, left):
+    """left: places of the columns that stand at the left edge."""
     widths = [max(map(len, column)) for column in zip(head, *rows)]
     for row in [head, ["-" * w for w in widths], *rows]:
-        cells = [c.ljust(w) if i in (0, 6) else c.rjust(w) for i, (c, w) in enumerate(zip(row, widths))]
+        cells = [c.ljust(w) if i in left else c.rjust(w) for i, (c, w) in enumerate(zip(row, widths))]
         print("  ".join(cells).rstrip())
+    print()
+
+
+def block_rows(meshes):
+    """Entries of every block, a column per mesh; a dot for none."""
+    for name, _ in read_ofe.BLOCKS.values():
+        if name != "header":
+            yield [name, *(str(entries(mesh, name) or ".") for mesh in meshes)]
 
 
 def main(orvmesh, mesh, folder):
@@ -129,21 +141,24 @@ def main(orvmesh, mesh, folder):
     run(orvmesh, "export", component, os.path.join(folder, "mold.vtu"))
     source = read(component)
     rows = [table_row("(imported)", "", source, seconds)]
+    meshes = {"(imported)": source}
     complaints = [f"{component}: {text}" for text in check_import(source)]
     for variant in expected_blocks.BLOCKS:
         path = os.path.join(folder, f"{variant}.ofe")
         printed, seconds = run(orvmesh, "transfer", variant, component, path)
-        target = read(path)
+        target = meshes[variant] = read(path)
         result = re.search(r"\(result (-?\d+)\)", printed)
         rows.append(table_row(variant, result.group(1) if result else "?", target, seconds))
         found = [*check_blocks(variant, source, target), *check_header(variant, source, target)]
         complaints += [f"{path}: {text}" for text in found if text]
-    print_table(rows)
+    head = ["variant", "result", "nodes", "plastic", "mold base", "channel", "surfaces by interface", "conditions", "time"]
+    print_table(head, rows, (0, 6))
+    print_table(["entries of", *meshes], list(block_rows(meshes.values())), (0,))
     for text in complaints:
         print(f"demo: {text}", file=sys.stderr)
     if complaints:
         sys.exit(1)
-    print(f"\nEvery block of all {len(rows) - 1} solver meshes holds what its variant must write, and the header counts "
+    print(f"Every block of all {len(rows) - 1} solver meshes holds what its variant must write, and the header counts "
           f"agree.\nThe files are in {folder}; mold.vtu opens in ParaView.")
 
 

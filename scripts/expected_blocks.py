@@ -1,8 +1,8 @@
 """What each variant writes, worked out from the source's columns with numpy.
 
 An independent statement of the variants: whole columns at once, faces matched by sorting rows, no code shared with
-the library. `expected(variant, source)` gives block name -> column name -> values of every block that the variant
-fills. A mesh is the same mapping, as read from a file; volume elements carry "counts" (nodes of each element) in place
+the library. `BLOCKS[variant]` gives block name -> function from the source to column name -> values, up to the boundary
+conditions; the blocks after them are in expected_tables.py. A mesh is the same mapping, as read from a file; volume elements carry "counts" (nodes of each element) in place
 of offsets, and a triangle's fourth node is its third.
 """
 import numpy as np
@@ -189,10 +189,9 @@ def gate_numbers(source):
     return first, second
 
 
-def hot_runner_faces(source):
+def hot_runner_decided(source):
+    """Which faces a hot-runner mesh keeps, their types and tags, and the owner of each face."""
     s, plastic = source["elementSurfaces"], source["elementsPlastic"]
-    hot = is_hot_runner(plastic)
-    new_number = np.where(hot, np.cumsum(hot), 0)
     component = plastic["fieldB"]
     kind, tags, groups = s["boundaryType"].copy(), s["tag"].astype(np.int64), tag_groups(s["tag"])
     two_bits = (tags & 6) == 6
@@ -206,8 +205,18 @@ def hot_runner_faces(source):
     keep &= ~(gate & (numbers[0] < 1)) & ~(melt & ~between(component[owner], 201, 299))
     new_tags = np.select([gate, cold, melt, rest],
                          [with_groups(tags, numbers[0]), with_groups(tags, numbers[1]), 8, 1], tags)
-    kind = np.select([gate | cold, rest], [7, 0], kind)
-    return rows_of(s, keep, boundaryType=kind, tag=new_tags, elementNo=new_number[owner])
+    return keep, np.select([gate | cold, rest], [7, 0], kind), new_tags, owner
+
+
+def hot_runner_kept(source):
+    return hot_runner_decided(source)[0]
+
+
+def hot_runner_faces(source):
+    keep, kind, tags, owner = hot_runner_decided(source)
+    hot = is_hot_runner(source["elementsPlastic"])
+    new_number = np.where(hot, np.cumsum(hot), 0)
+    return rows_of(source["elementSurfaces"], keep, boundaryType=kind, tag=tags, elementNo=new_number[owner])
 
 
 def stream_line_faces(source):
@@ -316,6 +325,3 @@ BLOCKS = {
                                              "elementSurfaces": part_insert_and_channel_faces},
 }
 
-
-def expected(variant, source):
-    return {name: columns(source) for name, columns in BLOCKS[variant].items()}

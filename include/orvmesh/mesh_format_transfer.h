@@ -83,8 +83,9 @@ class ORVMESH_API COrvMeshFormatTransfer {
 
   // Diagnostic lines on standard output: 0 none (as constructed), else all.
   void SetDebugLog(int level);
-  // With true, the mold-base operation lists the materials that it wrote on standard output. Off as
-  // constructed.
+  // With true, the mold-base operation draws the faces of each class into STL files named after the source
+  // (SRC.Trans_*.stl) and prints the counts of the classes and the materials that it wrote on standard
+  // output. Off as constructed.
   void SetSTLDiagnostics(bool on);
   // With true, a source that is refused stops an operation before it touches the target; the operation then
   // returns 0 and the getters keep the results of the operation before. As constructed, operations go on with
@@ -96,6 +97,9 @@ class ORVMESH_API COrvMeshFormatTransfer {
   // What the last operation noticed and let pass, one line each, each ended by a line feed. Valid until the
   // next operation.
   const char* GetWarnings_Link() const;
+  // Surface elements and sensors of the source that the last target does not hold, a line for each reason:
+  // "WHICH: COUNT" and a line feed. Valid until the next operation.
+  const char* GetDropped_Link() const;
 
  private:
   struct Calls;
@@ -115,4 +119,5 @@ class ORVMESH_API COrvMeshFormatTransfer {
   bool m_StopOnRefusedSource = false;
   std::string m_ErrorMessage;
   std::string m_Warnings;
+  std::string m_Dropped;
 };

@@ -15,6 +15,7 @@ namespace {
 struct Options {
   std::string variant, source, target;
   bool verbose = false;
+  bool stl = false;
 };
 
 // The variant's name and its operation. Results below `firstGood` mean that nothing was written, for the
@@ -60,22 +61,22 @@ constexpr Entry kEntries[] = {
      "it has neither part-insert nor channel material (header field 18 or 17 must be at least 1)"},
 };
 
-void printWarnings(const COrvMeshFormatTransfer& transfer, const std::string& file) {
-  std::string text = transfer.GetWarnings_Link();
+void printLines(std::FILE* out, const std::string& before, const std::string& text) {
   for (std::size_t at = 0, end = 0; (end = text.find('\n', at)) != std::string::npos; at = end + 1)
-    std::fprintf(stderr, "orvmesh: %s: warning: %s\n", file.c_str(), text.substr(at, end - at).c_str());
+    std::fprintf(out, "%s%s\n", before.c_str(), text.substr(at, end - at).c_str());
 }
 
 int transferMesh(const Entry& entry, Options options) {
   COrvMeshFormatTransfer transfer;
   transfer.SetStopOnRefusedSource(true);
   transfer.SetDebugLog(options.verbose ? 1 : 0);
+  transfer.SetSTLDiagnostics(options.stl);
   int result = 0;
   {
     const ProgressLine progress("transferring " + std::string(entry.name));
     result = entry.run(transfer, options.source, options.target);
   }
-  printWarnings(transfer, options.source);
+  printLines(stderr, "orvmesh: " + options.source + ": warning: ", transfer.GetWarnings_Link());
   const std::string error = transfer.GetErrorMessage_Link();
   if (!error.empty()) {
     std::fprintf(stderr, "orvmesh: %s\n", error.c_str());
@@ -83,6 +84,7 @@ int transferMesh(const Entry& entry, Options options) {
   }
   if (result < 1) throw Failure(options.source, entry.nothingToDo);
   std::printf("%s: %s written (result %d)\n", entry.name, options.target.c_str(), result);
+  printLines(stdout, "  not in it: ", transfer.GetDropped_Link());
   return 0;
 }
 
@@ -99,6 +101,8 @@ void addTransfer(CLI::App& app, Job& job) {
     variant->add_option("DST", options->target, "solver mesh to write; appears complete or not at all")
         ->required();
     variant->add_flag("--verbose", options->verbose, "print what the passes find");
+    variant->add_flag("--stl", options->stl,
+                      "moldbase: draw the faces of each class into SRC.Trans_*.stl and print their counts");
     variant->footer(std::string("Example: orvmesh transfer ") + entry.name + " mold.ofe solver.ofe");
     variant->callback(
         [&job, &entry, options] { job = [&entry, options] { return transferMesh(entry, *options); }; });

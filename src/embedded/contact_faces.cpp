@@ -150,7 +150,8 @@ std::vector<ContactFaceRecord> findContactFaces(const MeshModel& model) {
   ContactCollector collector(model, insertNodes);
   std::vector<std::int32_t> surfaces;
   std::vector<InsertFace> insertFaces;
-  forEachFace(collector.collect(), model.nodes.count(), [&](std::span<const HalfFace> halves) {
+  const FaceBuckets faces(collector.collect(), model.nodes.count());
+  faces.forEachFace([&](std::span<const HalfFace> halves) {
     // A face between two insert elements lies inside the inserts, whatever else is there.
     const FaceMembers members = membersOf(halves);
     if (members.inserts != 1) return;

@@ -32,31 +32,54 @@ inline bool sortFaceNodes(std::array<std::int32_t, 4>& nodes, std::size_t count)
   return used >= 3;
 }
 
-// Calls visit(std::span<const HalfFace>) for every distinct face with all its halves, by kind and number.
-// Buckets by the smallest node (a counting sort over nodes 1..lastNode), then a sort within each bucket.
-template <class Visit>
-void forEachFace(const std::vector<HalfFace>& halves, std::int32_t lastNode, Visit visit) {
-  std::vector<std::uint32_t> ends(static_cast<std::size_t>(lastNode) + 2);
-  for (const HalfFace& half : halves) ++ends[static_cast<std::size_t>(half.nodes[0]) + 1];
-  for (std::size_t n = 1; n < ends.size(); ++n) ends[n] += ends[n - 1];
-  std::vector<HalfFace> sorted(halves.size());
-  for (const HalfFace& half : halves) sorted[ends[static_cast<std::size_t>(half.nodes[0])]++] = half;
-
-  const auto isBefore = [](const HalfFace& a, const HalfFace& b) {
-    if (a.nodes != b.nodes) return a.nodes < b.nodes;
-    return a.kind != b.kind ? a.kind < b.kind : a.number < b.number;
-  };
-  for (std::size_t begin = 0; begin < sorted.size();) {
-    const std::size_t bucketEnd = ends[static_cast<std::size_t>(sorted[begin].nodes[0])];
-    std::sort(sorted.begin() + static_cast<std::ptrdiff_t>(begin),
-              sorted.begin() + static_cast<std::ptrdiff_t>(bucketEnd), isBefore);
-    while (begin < bucketEnd) {
-      std::size_t end = begin + 1;
-      while (end < bucketEnd && sorted[end].nodes == sorted[begin].nodes) ++end;
-      visit(std::span<const HalfFace>(sorted).subspan(begin, end - begin));
+// Half-faces grouped by face: buckets by the smallest node (a counting sort over nodes 1..lastNode), then a
+// sort within each bucket. The halves of one face follow one another, by kind and number.
+class FaceBuckets {
+ public:
+  FaceBuckets(const std::vector<HalfFace>& halves, std::int32_t lastNode)
+      : ends_(static_cast<std::size_t>(lastNode) + 2), sorted_(halves.size()) {
+    for (const HalfFace& half : halves) ++ends_[static_cast<std::size_t>(half.nodes[0]) + 1];
+    for (std::size_t n = 1; n < ends_.size(); ++n) ends_[n] += ends_[n - 1];
+    for (const HalfFace& half : halves) sorted_[ends_[static_cast<std::size_t>(half.nodes[0])]++] = half;
+    for (std::size_t begin = 0; begin < sorted_.size();) {
+      const std::size_t end = ends_[static_cast<std::size_t>(sorted_[begin].nodes[0])];
+      std::sort(at(begin), at(end), isBefore);
       begin = end;
     }
   }
-}
+
+  // Calls visit(std::span<const HalfFace>) for every distinct face with all its halves.
+  template <class Visit>
+  void forEachFace(Visit visit) const {
+    for (std::size_t begin = 0; begin < sorted_.size();) {
+      std::size_t end = begin + 1;
+      while (end < sorted_.size() && sorted_[end].nodes == sorted_[begin].nodes) ++end;
+      visit(std::span<const HalfFace>(sorted_).subspan(begin, end - begin));
+      begin = end;
+    }
+  }
+
+  // The first half of a face, null when there is none. nodes as in a half-face, 1..lastNode.
+  const HalfFace* find(const std::array<std::int32_t, 4>& nodes) const {
+    const auto bucket = static_cast<std::size_t>(nodes[0]);
+    const std::span range(sorted_.data() + ends_[bucket - 1], sorted_.data() + ends_[bucket]);
+    const auto found =
+        std::lower_bound(range.begin(), range.end(), nodes,
+                         [](const HalfFace& half, const auto& key) { return half.nodes < key; });
+    return found != range.end() && found->nodes == nodes ? &*found : nullptr;
+  }
+
+ private:
+  static bool isBefore(const HalfFace& a, const HalfFace& b) {
+    if (a.nodes != b.nodes) return a.nodes < b.nodes;
+    return a.kind != b.kind ? a.kind < b.kind : a.number < b.number;
+  }
+  std::vector<HalfFace>::iterator at(std::size_t i) {
+    return sorted_.begin() + static_cast<std::ptrdiff_t>(i);
+  }
+
+  std::vector<std::uint32_t> ends_;  // by smallest node: where its bucket ends and the next one begins
+  std::vector<HalfFace> sorted_;
+};
 
 }  // namespace orvmesh::embedded

@@ -17,12 +17,22 @@ int writeBad(OfeWriter& writer, Block block, int elementNo, int code) {
   return writer.accept();
 }
 
+// Lengths and places; a file with an infinite one would be refused by its readers.
+template <std::size_t N>
+bool pushFinite(OfeWriter& writer, std::size_t column, const float (&values)[N]) {
+  for (const float value : values)
+    if (!std::isfinite(value))
+      return writer.refuse("has a coordinate or length that is no finite number (a wrong scale factor?)");
+  writer.column(column).push(values, N);
+  return true;
+}
+
 int writeGeometry(OfeWriter& writer, Block block, int isPoint, const float (&position)[3], const int nodes[4],
                   const int (&codes)[2]) {
   if (!writer.admit(block)) return -1;
+  if (!pushFinite(writer, 2, position)) return -1;
   writer.column(0).push(nodes, 4);
   writer.column(1).push(isPoint);
-  writer.column(2).push(position, 3);
   writer.column(3).push(codes, 2);
   return writer.accept();
 }
@@ -40,13 +50,7 @@ int writeLayer(OfeWriter& writer, Block block, const int (&values)[N], const cha
 int OFEIO_Manipulator::writeNodeBlockEntry(float x, float y, float z) {
   OfeWriter& writer = implementation_->writer;
   if (!writer.admit(Block::Nodes)) return -1;
-  if (!std::isfinite(x) || !std::isfinite(y) || !std::isfinite(z)) {
-    writer.refuse("has a coordinate that is no finite number (a wrong scale factor?)");
-    return -1;
-  }
-  const float xyz[3] = {x, y, z};
-  writer.column(0).push(xyz, 3);
-  return writer.accept();
+  return pushFinite(writer, 0, {x, y, z}) ? writer.accept() : -1;
 }
 
 int OFEIO_Manipulator::writeElementPlasticBlockEntry(int nodeCount, const int nodes[], int a, int b,
@@ -99,8 +103,8 @@ int OFEIO_Manipulator::writeBadElementCoolChannelBlockEntry(int elementNo, int c
 int OFEIO_Manipulator::writeCoolantChannelDiameterBlockEntry(const int nodes[8], float diameter) {
   OfeWriter& writer = implementation_->writer;
   if (!writer.admit(Block::CoolantChannelDiameters)) return -1;
+  if (!pushFinite(writer, 1, {diameter})) return -1;
   writer.column(0).push(nodes, 8);
-  writer.column(1).push(diameter);
   return writer.accept();
 }
 
@@ -108,9 +112,8 @@ int OFEIO_Manipulator::writeCoolantChannelLineBlockEntry(float x, float y, float
                                                          int b, int c, int d) {
   OfeWriter& writer = implementation_->writer;
   if (!writer.admit(Block::CoolantChannelLines)) return -1;
-  const float values[4] = {x, y, z, diameter};
+  if (!pushFinite(writer, 0, {x, y, z, diameter})) return -1;
   const int codes[4] = {a, b, c, d};
-  writer.column(0).push(values, 4);
   writer.column(1).push(codes, 4);
   return writer.accept();
 }
@@ -122,9 +125,8 @@ int OFEIO_Manipulator::writeCoolantChannelLayoutBlockEntry(int isPoint, float x,
                                                            float v6, float v7, float v8) {
   OfeWriter& writer = implementation_->writer;
   if (!writer.admit(Block::CoolantChannelLayout)) return -1;
-  const float values[13] = {x, y, z, diameterA, diameterB, v1, v2, v3, v4, v5, v6, v7, v8};
+  if (!pushFinite(writer, 0, {x, y, z, diameterA, diameterB, v1, v2, v3, v4, v5, v6, v7, v8})) return -1;
   const int codes[7] = {isPoint, pointType, endA, endB, code, beamCode, extra};
-  writer.column(0).push(values, 13);
   writer.column(1).push(codes, 7);
   return writer.accept();
 }
@@ -132,10 +134,9 @@ int OFEIO_Manipulator::writeCoolantChannelLayoutBlockEntry(int isPoint, float x,
 int OFEIO_Manipulator::writeSensorInfoBlockEntry(int kind, const int ids[4], float x, float y, float z) {
   OfeWriter& writer = implementation_->writer;
   if (!writer.admit(Block::Sensors)) return -1;
-  const float position[3] = {x, y, z};
+  if (!pushFinite(writer, 2, {x, y, z})) return -1;
   writer.column(0).push(ids, 4);
   writer.column(1).push(kind);
-  writer.column(2).push(position, 3);
   return writer.accept();
 }
 
@@ -194,7 +195,5 @@ int OFEIO_Manipulator::writeCoolantChannelLayerBlockEntry(int matId, int layerId
 int OFEIO_Manipulator::writePartingDirectionBlockEntry(float x, float y, float z) {
   OfeWriter& writer = implementation_->writer;
   if (!writer.admit(Block::PartingDirection)) return -1;
-  const float direction[3] = {x, y, z};
-  writer.column(0).push(direction, 3);
-  return writer.accept();
+  return pushFinite(writer, 0, {x, y, z}) ? writer.accept() : -1;
 }

@@ -93,6 +93,7 @@ struct COrvMeshFormatTransfer::Calls {
     worker.stlDiagnostics = self.m_STLDiagnostics;
     self.m_ErrorMessage.clear();
     self.m_Warnings.clear();
+    self.m_Dropped.clear();
     const bool read = worker.ReadDataBin(src, self.m_LogFilePath, mode, false) == 1;
     if (!read) self.m_ErrorMessage = std::string(src) + ": " + worker.errorText();
     for (const auto& line : worker.warnings()) self.m_Warnings += line + "\n";
@@ -105,6 +106,8 @@ struct COrvMeshFormatTransfer::Calls {
   void write(const Variant& variant, COrvSolverMeshWriter& worker, const char* dst) {
     if (writeVariant(variant, worker, dst) != 1 && self.m_ErrorMessage.empty())
       self.m_ErrorMessage = targetError(worker, dst);
+    for (const Dropped& entry : worker.found.dropped)
+      self.m_Dropped += std::string(entry.what) + ": " + std::to_string(entry.count) + "\n";
   }
 
   void keepNodeTypes(const NodeTyping& typing) {
@@ -286,4 +289,5 @@ void COrvMeshFormatTransfer::SetDebugLog(int level) { m_DebugLog = level; }
 void COrvMeshFormatTransfer::SetSTLDiagnostics(bool on) { m_STLDiagnostics = on; }
 void COrvMeshFormatTransfer::SetStopOnRefusedSource(bool stop) { m_StopOnRefusedSource = stop; }
 const char* COrvMeshFormatTransfer::GetErrorMessage_Link() const { return m_ErrorMessage.c_str(); }
+const char* COrvMeshFormatTransfer::GetDropped_Link() const { return m_Dropped.c_str(); }
 const char* COrvMeshFormatTransfer::GetWarnings_Link() const { return m_Warnings.c_str(); }

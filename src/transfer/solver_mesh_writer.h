@@ -1,11 +1,16 @@
 #pragma once
 
+#include <initializer_list>
 #include <istream>
 #include <ostream>
 
 #include "platform/cofedata.h"
 #include "platform/ofeio.h"
 #include "transfer/prepass/results.h"
+
+namespace orvmesh::transfer {
+struct HeaderRule;
+}
 
 // The worker of one transfer: the source's model, the writer of the target, and what the pre-passes found
 // out.
@@ -15,6 +20,13 @@ class COrvSolverMeshWriter : public COFEData {
   COrvSolverMeshWriter(std::ostream& console, std::istream& consoleInput);
 
   const OFEHeader& sourceHeader() const { return model().header; }
+
+  // Sets target header fields from `first` on to what a block writer counted. A field that the variant's
+  // header rule names keeps the rule's value.
+  void setCounts(OFEHeaderField first, std::initializer_list<std::int32_t> counts);
+
+  // Lists entries of the source that the target does not hold.
+  void noteDropped(const char* what, std::int32_t count = 1);
 
   // Sends the heading of a block to the information dump.
   void banner(const char* title);
@@ -28,6 +40,7 @@ class COrvSolverMeshWriter : public COFEData {
 
   OFEIO_Manipulator writer;
   orvmesh::transfer::PrepassResults found;
+  const orvmesh::transfer::HeaderRule* headerRule = nullptr;
   int m_DebugLog = 0;
   bool stlDiagnostics = false;
   std::ostream& console;

@@ -2,10 +2,16 @@
 
 #include <array>
 
+#include "transfer/blocks/channel_blocks.h"
+#include "transfer/blocks/geometry_blocks.h"
+#include "transfer/blocks/layers.h"
 #include "transfer/blocks/mesh_blocks.h"
+#include "transfer/blocks/sensors.h"
+#include "transfer/blocks/surface_conditions.h"
 #include "transfer/open_target.h"
 #include "transfer/rules/boundary_codes.h"
 #include "transfer/rules/face_rules.h"
+#include "transfer/rules/mold_base_faces.h"
 #include "transfer/solver_mesh_writer.h"
 
 namespace orvmesh::transfer {
@@ -18,6 +24,30 @@ constexpr Step elements(const char* title) {
 
 constexpr Step kNodes{"nodes", writeNodes, "every node"};
 constexpr Step kConditions{"boundaryConditions", WriteOfeBCBin, "every condition"};
+constexpr Step kDiameters{
+    "coolantChannelDiameters", WriteOfeElemCCLBin,
+    "every entry that touches no heater node; an entry of fewer nodes ends with those of "
+    "the entry before"};
+constexpr Step kLines{"coolantChannelLines", WriteOfeElemCCLineBin, "both ends of every line"};
+constexpr Step kLayout{"coolantChannelLayout", WriteOfeBeamElemCCLBin,
+                       "every point, then every segment at the place of the last point"};
+constexpr Step kBadMold{"badElementsMoldBase", writeBadMoldBase, "renumbered"};
+constexpr Step kBadChannel{"badElementsCoolChannel", writeBadChannel, "renumbered"};
+constexpr Step kJoinedSensors{"sensors", writeJoinedSensors,
+                              "part, then inserts as part; the other mold sensors as kinds 4 and 5, or as 1 "
+                              "and 2 when source field 2 is "
+                              "not 0; elements and surfaces renumbered"};
+constexpr Step kMoldInserts{"moldMetal", WriteOfeMoldInsertDataBin, "every point, then every face"};
+constexpr Step kSurfaceConditions{"surfaceBoundaryConditions", WriteOfeSurfElemBCBin,
+                                  "lists of surfaces that have a new number"};
+constexpr Step kThicknessNames{"surfaceBoundaryConditionNames", WriteOfeSurfElemBCNameBin,
+                               "every name; type 7 with THICKNESS"};
+constexpr Step kMoldLayers{"moldMetalLayers", WriteOfeMoldMetalLayerBin,
+                           "every material, then one layer per heater group; flags from version 2012 on"};
+constexpr Step kInsertLayers{"partInsertLayers", WriteOfePartInsertLayerBin, "every material"};
+constexpr Step kChannelLayers{"coolantChannelLayers", WriteOfeCoolantChannelLayerBin, "every material"};
+constexpr Step kChannelSurface{"coolingChannelSurface", WriteOfeCoolingChannelSurfaceBin,
+                               "every point, then every face"};
 
 constexpr std::array kChannelSteps{
     kNodes,
@@ -34,6 +64,9 @@ constexpr std::array kHotRunnerSteps{
     Step{"elementSurfaces", WriteOfeElemSurfBin_HotRunner,
          "interface 1 of type 1, 2, 4, 5, 13 or with gate bits; gates renumbered, lost gates dropped"},
     kConditions,
+    kSurfaceConditions,
+    Step{"surfaceBoundaryConditionNames", WriteOfeSurfElemBCNameBin_HotRunner,
+         "every name with its branch; branch number 0 repeats the one before"},
     Step{"partingDirection", writePartingDirection, "one entry"},
 };
 
@@ -47,7 +80,17 @@ constexpr std::array kStreamLineSteps{
 constexpr std::array kMoldBaseSteps{
     kNodes,
     Step{"elementsPlastic", WriteOfeElemPBin_OnlyMoldbase, "see below", &kElementsP_MoldBase},
+    Step{"elementSurfaces", WriteOfeElemSurfBin_OnlyMoldbase,
+         "as interface 1 by what they touch: part, channel (tag of the group, 100 diameters as element) or "
+         "air; "
+         "part faces without contact or of type 1, 6 and above dropped"},
     kConditions,
+    Step{"sensors", WriteOfeSensorBin_OnlyMoldbase,
+         "mold element sensors as kind 1, mold node sensors as kind 2"},
+    kLayout,
+    Step{"partInsertLayers", WriteOfeMoldMetalLayerToPartInsertLayerBin,
+         "every mold metal material m: 2..4999 as m + 5000, above 6000 as m - 4000"},
+    kChannelLayers,
 };
 
 constexpr std::array kPartInsertSteps{
@@ -58,8 +101,19 @@ constexpr std::array kPartInsertSteps{
     Step{"elementSurfaces", WriteOfeElemSurfBin_PI,
          "faces that no contact record names, then a part face per record of kind other than 0 and 3"},
     kConditions,
-    Step{"badElementsMoldBase", writeBadMoldBase, "renumbered"},
-    Step{"badElementsCoolChannel", writeBadChannel, "renumbered"},
+    kDiameters,
+    kBadMold,
+    kBadChannel,
+    kLines,
+    kJoinedSensors,
+    kMoldInserts,
+    kLayout,
+    kSurfaceConditions,
+    kThicknessNames,
+    kMoldLayers,
+    kInsertLayers,
+    kChannelLayers,
+    kChannelSurface,
 };
 
 constexpr std::array kPartInsertAndChannelSteps{
@@ -70,33 +124,47 @@ constexpr std::array kPartInsertAndChannelSteps{
     Step{"elementSurfaces", WriteOfeElemSurfBin_PIAndChannel,
          "the same without heater walls; heater ends become mold faces of type 1"},
     kConditions,
+    kDiameters,
     Step{"badElementsPlastic", writeBadPlastic, "renumbered"},
-    Step{"badElementsMoldBase", writeBadMoldBase, "renumbered"},
-    Step{"badElementsCoolChannel", writeBadChannel, "renumbered"},
+    kBadMold,
+    kBadChannel,
+    kLines,
+    kJoinedSensors,
+    kMoldInserts,
+    kLayout,
+    kSurfaceConditions,
+    kThicknessNames,
+    kMoldLayers,
+    kInsertLayers,
+    kChannelLayers,
+    kChannelSurface,
 };
 
 void traceNothing(COrvSolverMeshWriter&) {}
 
 }  // namespace
 
-const Variant kChannelOnly{"channels",   "TransferMesh_OnlyChannel", true,         kChannelHeader,
-                           traceNothing, OpenReport::None,           kChannelSteps};
-const Variant kHotRunnerOnly{
-    "hot-runner",   "TransferMesh_OnlyHotRunner", true, kHotRunnerHeader, traceNothing, OpenReport::None,
-    kHotRunnerSteps};
-const Variant kStreamLine{
-    "stream-line",   "TransferMesh_StreamLineMesh", true, kStreamLineHeader, traceNothing, OpenReport::None,
-    kStreamLineSteps};
-const Variant kMoldBaseOnly{"moldbase",          "TransferMesh_OnlyMoldbase", false,         kMoldBaseHeader,
-                            traceMoldBaseHeader, OpenReport::LineWithPath,    kMoldBaseSteps};
-const Variant kPartInsert{"part-inserts", "TransferMesh_CombinePI", false,           kPartInsertHeader,
-                          traceNothing,   OpenReport::Line,         kPartInsertSteps};
+const Variant kChannelOnly{"channels",   "TransferMesh_OnlyChannel", true,  kChannelHeader,
+                           traceNothing, OpenReport::None,           false, kChannelSteps};
+const Variant kHotRunnerOnly{"hot-runner", "TransferMesh_OnlyHotRunner",
+                             true,         kHotRunnerHeader,
+                             traceNothing, OpenReport::None,
+                             false,        kHotRunnerSteps};
+const Variant kStreamLine{"stream-line", "TransferMesh_StreamLineMesh",
+                          true,          kStreamLineHeader,
+                          traceNothing,  OpenReport::None,
+                          false,         kStreamLineSteps};
+const Variant kMoldBaseOnly{"moldbase",          "TransferMesh_OnlyMoldbase", false, kMoldBaseHeader,
+                            traceMoldBaseHeader, OpenReport::LineWithPath,    true,  kMoldBaseSteps};
+const Variant kPartInsert{"part-inserts", "TransferMesh_CombinePI", false, kPartInsertHeader,
+                          traceNothing,   OpenReport::Line,         true,  kPartInsertSteps};
 const Variant kPartInsertAndChannel{"part-inserts-channels",
                                     "TransferMesh_CombinePIAndChannel",
                                     false,
                                     kPartInsertAndChannelHeader,
                                     traceChannelHeader,
                                     OpenReport::None,
+                                    true,
                                     kPartInsertAndChannelSteps};
 
 std::span<const Variant* const> allVariants() {
@@ -107,6 +175,7 @@ std::span<const Variant* const> allVariants() {
 
 int writeVariant(const Variant& variant, COrvSolverMeshWriter& worker, const char* target) {
   if (variant.announces) worker.banner("Writing Binary OFE data");
+  worker.headerRule = &variant.header;
   applyHeaderRule(variant.header, worker);
   variant.traceHeader(worker);
   const int opened = openTarget(worker, target);
@@ -115,6 +184,7 @@ int writeVariant(const Variant& variant, COrvSolverMeshWriter& worker, const cha
     worker.print("Can not write OFE File at", target);
   // A target that did not open takes nothing, and every block is still offered (quirk 12).
   for (const Step& step : variant.steps) step.run(worker);
+  if (!variant.carriesSensors) dropSensors(worker);
   if (&variant == &kMoldBaseOnly) worker.trace("/// WriteData_OnlyMoldbase OK ///");
   return worker.writer.endWriting();
 }

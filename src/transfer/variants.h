@@ -28,6 +28,7 @@ struct Variant {
   const HeaderRule& header;
   void (*traceHeader)(COrvSolverMeshWriter& worker);
   OpenReport openReport;  // what it prints when the target did not open
+  bool carriesSensors;
   std::span<const Step> steps;
 };
 

@@ -135,22 +135,44 @@ TEST(Hostile, SealedLiesAreRefused) {
   }
 }
 
-// The writer refuses such nodes, so that a file with them must be made by hand.
-TEST(Hostile, NodesThatAreNotFiniteAreNamed) {
+// The writer refuses such entries, so that a file with them must be made by hand.
+TEST(Hostile, LengthsThatAreNotFiniteAreNamedAndNotWritten) {
+  struct Place {
+    Block block;
+    std::size_t column, value;
+    const char* name;
+    int (*write)(OFEIO_Manipulator& file, float value);
+  };
+  static const int kNone[8] = {};
+  // clang-format off
+  const Place places[] = {
+      {Block::Nodes, 0, 10, "nodes entry 4: y", [](auto& f, float v) { return f.writeNodeBlockEntry(0, v, 0); }},
+      {Block::CoolantChannelDiameters, 1, 0, "coolantChannelDiameters entry 1: diameter",
+       [](auto& f, float v) { return f.writeCoolantChannelDiameterBlockEntry(kNone, v); }},
+      {Block::CoolantChannelLines, 0, 6, "coolantChannelLines entry 2: z",
+       [](auto& f, float v) { return f.writeCoolantChannelLineBlockEntry(0, 0, v, 0, 0, 0, 0, 0); }},
+      {Block::CoolantChannelLayout, 0, 38, "coolantChannelLayout entry 3: value 20",
+       [](auto& f, float v) { return f.writeCoolantChannelLayoutBlockEntry(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, v); }},
+      {Block::Sensors, 2, 4, "sensors entry 2: y", [](auto& f, float v) { return f.writeSensorInfoBlockEntry(1, kNone, 0, v, 0); }},
+      {Block::MoldMetal, 2, 0, "moldMetal entry 1: x", [](auto& f, float v) { return f.writeMoldMetalBlockEntry(1, v, 0, 0, kNone, 0, 0); }},
+      {Block::PartingDirection, 0, 1, "partingDirection entry 1: y", [](auto& f, float v) { return f.writePartingDirectionBlockEntry(0, v, 1); }}};
+  // clang-format on
   const TempDir dir;
   const std::string path = dir / "mesh.ofe";
   ASSERT_EQ(writeAllBlocks(path), 1);
-  for (const float value :
-       {std::numeric_limits<float>::quiet_NaN(), -std::numeric_limits<float>::infinity()}) {
-    OpenBytes bytes(bytesOf(path));
-    bytes.set<float>(Block::Nodes, 0, 10, value);
-    writeBytes(dir / "changed.ofe", bytes.sealed());
-    EXPECT_EQ(refusalOf(dir / "changed.ofe"),
-              "nodes entry 4: y is " + std::string(value < 0 ? "-inf" : "nan") + " (legal: a finite number)");
-    OFEIO_Manipulator writer;
-    ASSERT_EQ(writer.beginWriting((dir / "new.ofe").c_str(), 14001, 0), 1);
-    EXPECT_EQ(writer.writeNodeBlockEntry(0, value, 0), -1);
-    EXPECT_EQ(writer.endWriting(), 0);
+  for (const Place& place : places) {
+    for (const float value :
+         {std::numeric_limits<float>::quiet_NaN(), -std::numeric_limits<float>::infinity()}) {
+      OpenBytes bytes(bytesOf(path));
+      bytes.set<float>(place.block, place.column, place.value, value);
+      writeBytes(dir / "changed.ofe", bytes.sealed());
+      EXPECT_EQ(refusalOf(dir / "changed.ofe"),
+                place.name + std::string(value < 0 ? " is -inf" : " is nan") + " (legal: a finite number)");
+      OFEIO_Manipulator writer;
+      ASSERT_EQ(writer.beginWriting((dir / "new.ofe").c_str(), 14001, 0), 1);
+      EXPECT_EQ(place.write(writer, value), -1) << place.name;
+      EXPECT_EQ(writer.endWriting(), 0) << place.name;
+    }
   }
 }
 

@@ -63,7 +63,38 @@ inline const char* const kMoldBlocks = R"(
   "badElementsPlastic": [[2, 5], [3, 15], [4, 16], [5, 99]],
   "badElementsMoldBase": [[1, 6], [2, 7], [3, 8], [4, 9], [6, 10]],
   "badElementsCoolChannel": [[1, 11], [2, 12], [3, 13], [4, 14]],
-  "coolantChannelLayout": [[1, 100, 100, 100, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0]],
+  "coolantChannelDiameters": [
+    { "nodes": [12, 13, 15], "diameter": 8 }, { "nodes": [3, 4, 5, 6, 7], "diameter": 10 },
+    { "nodes": [12, 4, 5], "diameter": 9 }, { "nodes": [12, 13, 15], "diameter": 8.125 },
+    { "nodes": [12, 6, 7], "diameter": 7 }, { "nodes": [13, 16, 15], "diameter": 6 }],
+  "coolantChannelLines": [[1, 2, 3, 8, 1, 1, 1, 0], [4, 5, 6, 8, 1, 1, 2, 0],
+                          [7, 8, 9, 7, 3, 2, 1, 0], [10, 11, 12, 7, 3, 2, 2, 0]],
+  "coolantChannelLayout": [
+    [1, 100, 100, 100, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0],
+    [0, 0, 0, 0, 0, 1, 2, 8.5, 9.25, 7, 1, 21, 0.125, 0.25, 0.5, 1, 2, 3, 4, 5],
+    [1, 200, 50, 25, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0]],
+  "sensors": [
+    { "type": 6, "ids": [7, 1, 1, 1], "position": [1, 2, 3] }, { "type": 4, "ids": [3, 0, 0, 1], "position": [4, 5, 6] },
+    { "type": 4, "ids": [4, 0, 0, 2], "position": [7, 8, 9] }, { "type": 1, "ids": [2, 0, 0, 3], "position": [1, 1, 1] },
+    { "type": 5, "ids": [13, 0, 0, 4], "position": [2, 2, 2] }, { "type": 5, "ids": [8, 0, 0, 5], "position": [3, 3, 3] },
+    { "type": 3, "ids": [4, 4, 0, 6], "position": [4, 4, 4] }, { "type": 3, "ids": [99, 99, 0, 7], "position": [5, 5, 5] },
+    { "type": 2, "ids": [5, 0, 0, 8], "position": [6, 6, 6] }, { "type": 4, "ids": [99, 0, 0, 9], "position": [7, 7, 7] },
+    { "type": 5, "ids": [-3, 0, 0, 10], "position": [8, 8, 8] }, { "type": 4, "ids": [1, 0, 0, 11], "position": [9, 9, 9] }],
+  "moldMetal": [
+    { "isPoint": 0, "position": [0, 0, 0], "nodes": [1, 2, 3, 0], "codeA": 5, "codeB": 6 },
+    { "isPoint": 1, "position": [1, 2, 3], "nodes": [0, 0, 0, 0], "codeA": 0, "codeB": 0 },
+    { "isPoint": 0, "position": [0, 0, 0], "nodes": [4, 3, 2, 1], "codeA": 7, "codeB": 8 }],
+  "coolingChannelSurface": [
+    { "isPoint": 1, "position": [4, 5, 6], "nodes": [0, 0, 0, 0], "codeA": 0, "codeB": 0 },
+    { "isPoint": 0, "position": [0, 0, 0], "nodes": [1, 2, 3, 4], "codeA": 1, "codeB": 2 }],
+  "surfaceBoundaryConditionNames": [
+    { "name": "wall", "type": 7, "dictionary": { "THICKNESS": "2.5", "BRANCH_ID": "9" } },
+    { "name": "first", "type": 3, "dictionary": { "BRANCH_ID": "1", "BRANCH_OUTLET_ID": "2", "BRANCH_NUMBER": "3" } },
+    { "name": "second", "type": 3, "dictionary": { "BRANCH_ID": "4" } },
+    { "name": "third", "type": 3, "dictionary": { "BRANCH_NUMBER": "5" } }],
+  "moldMetalLayers": [[4999, 2, "a", 1, 1, 1, 11], [5000, 4, "b", 1, 1, 1, 12], [6001, 1, "c", 1, 1, 1, 13]],
+  "partInsertLayers": [[5002, 1, "core", 1, 1, 1, 14]],
+  "coolantChannelLayers": [[1, 1, "circuit"], [10903, 2, "rod"]],
   "surfaceBoundaryConditions": [
     { "surfaceNo": 1, "list": [4] }, { "surfaceNo": 3, "list": [1, 2] }, { "surfaceNo": 9, "list": [2, 3, 2] },
     { "surfaceNo": 12, "list": [5] }, { "surfaceNo": 17, "list": [6] }],

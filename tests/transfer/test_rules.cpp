@@ -182,13 +182,24 @@ TEST(Banners, NameTheBlocksInOrder) {
        "Writing BC CChannel;"},
       {&kHotRunnerOnly,
        "Writing Binary OFE data;Writing Node;Writing ElemP;Writing Elem Surface Hot runner;"
-       "Writing BC Bin;"},
+       "Writing BC Bin;Writing Surface Element Boundary Condition;"
+       "Writing Write Ofe SurfElem BC Name Bin;"},
       {&kStreamLine, "Writing Binary OFE data;Writing Node;Writing ElemP;Writing Elem Surface CChannel;"},
-      {&kMoldBaseOnly, "Writing Node;WriteOfeElemPBin_OnlyMoldbase;Writing BC Bin;"},
+      {&kMoldBaseOnly,
+       "Writing Node;WriteOfeElemPBin_OnlyMoldbase;Writing Elem Surface Moldbase;Writing BC Bin;"
+       "Writing Sensor;Writing Beam Element CCL;Writing Mold Metal Layer;Writing Coolant Channel Layer;"},
       {&kPartInsert,
-       "Writing Node;Writing ElemP;Writing ElemM;Writing ElemC;Writing ElemSurf PI;Writing BC Bin;"},
+       "Writing Node;Writing ElemP;Writing ElemM;Writing ElemC;Writing ElemSurf PI;Writing BC Bin;"
+       "Writing ElemCCL;Writing ElemCCLine;Writing Sensor;Writing Mold Insert Data;Writing Beam Element CCL;"
+       "Writing Surface Element Boundary Condition;Writing Write Ofe SurfElem BC Name Bin;"
+       "Writing Mold Metal Layer;Writing Part Insert Layer;Writing Coolant Channel Layer;"
+       "Writing Cooling Channel Surface Bin Data;"},
       {&kPartInsertAndChannel,
-       "Writing Node;Writing ElemP;Writing ElemM;Writing ElemC;Writing ElemSurf PI;Writing BC Bin;"}};
+       "Writing Node;Writing ElemP;Writing ElemM;Writing ElemC;Writing ElemSurf PI;Writing BC Bin;"
+       "Writing ElemCCL;Writing ElemCCLine;Writing Sensor;Writing Mold Insert Data;Writing Beam Element CCL;"
+       "Writing Surface Element Boundary Condition;Writing Write Ofe SurfElem BC Name Bin;"
+       "Writing Mold Metal Layer;Writing Part Insert Layer;Writing Coolant Channel Layer;"
+       "Writing Cooling Channel Surface Bin Data;"}};
   const TempDir dir;
   const std::string source = writeOfe(dir, moldJson());
   for (const auto& [variant, titles] : expected) {

@@ -232,9 +232,10 @@ TEST_F(TransferObject, LengthsAreDividedByTheFactorAgain) {
 TEST_F(TransferObject, AFactorThatLeavesTheFloatsSpoilsNoTarget) {
   std::ofstream("target.ofe") << "old";
   for (const char* factor : {"1e-42", "3e38"}) {
-    std::string json = moldJson();
-    json.replace(json.find("\"29\": 1,"), 8, "\"29\": " + std::string(factor) + ",");
-    runVariant(transfer, "stream-line", writeOfe(dir, json), "target.ofe");
+    auto json = nlohmann::json::parse(moldJson());
+    json["header"]["fields"]["29"] = std::stod(factor);
+    json.erase("coolantChannelLayout");  // its integers would be refused first
+    runVariant(transfer, "stream-line", writeOfe(dir, json.dump()), "target.ofe");
     EXPECT_NE(std::string(transfer.GetErrorMessage_Link()).find("no finite number"), std::string::npos)
         << factor;
     EXPECT_EQ(std::filesystem::file_size("target.ofe"), 3U);
@@ -276,8 +277,19 @@ TEST_F(TransferObject, DiagnosticLinesOnlyWhenAskedFor) {
       "/// Writing Node ///\n/// WriteOfeElemPBin_OnlyMoldbase ///\nMold OFE->Part OFE\n"
       "Type 1 Number = 1\nType 5001 Number = 1\nType 5002 Number = 1\nType 6002 Number = 1\n"
       "Type 6905 Number = 1\nType 10001 Number = 1\nType 10900 Number = 1\n"
-      "count_MB = 5,count_MI=1,count_HR=1\n/// WriteOfeBCBin ///\n/// WriteData_OnlyMoldbase OK ///\n"
-      "SolverCCData.m_SurfaceHRData.m_Dim=1\nSolverCCData.m_SurfaceCCData.m_Dim=0\n");
+      "count_MB = 5,count_MI=1,count_HR=1\n/// WriteOfeElemSurfBin_OnlyMoldbase ///\n"
+      "WriteOfeElemSurfBin_OnlyMoldbase() 1\n"
+      "WriteOfeElemSurfBin_OnlyMoldbase() 2 create surface relation from " +
+          source +
+          "\nWriteOfeElemSurfBin_OnlyMoldbase() 3\nWriteOfeElemSurfBin_OnlyMoldbase() 4\n"
+          "Total SurfElemt=14 )\ncount_Part     =6\n, count_Air    =0\n, count_Coolant=3\n, count_Outlet "
+          "=4\n\n"
+          "  count_interfaceID_1=5\n, count_interfaceID_2=1\n  ( count_MB_Part   =1\n    count_MB_Coolant=0\n"
+          "    count_MB_Air    =0 ) \n, count_interfaceID_3=3\n, count_interfaceID_4=4\n"
+          "WriteOfeElemSurfBin_OnlyMoldbase() 5\n/// WriteOfeBCBin ///\n/// Writing Sensor///\n"
+          "/// WriteOfeBeamElemCCLBin///\n/// WriteOfeMoldMetalLayerToPartInsertLayerBin///\n"
+          "/// WriteOfeCoolantChannelLayerBin///\n/// WriteData_OnlyMoldbase OK ///\n"
+          "SolverCCData.m_SurfaceHRData.m_Dim=1\nSolverCCData.m_SurfaceCCData.m_Dim=0\n");
 }
 
 }  // namespace

@@ -87,6 +87,14 @@ TEST_F(Variants, MoldBaseBecomesThePart) {
   EXPECT_EQ(elementLines(file, "elementsPlastic"),
             (Lines{"1 2 3 8 | 1 5002", "1 2 8 9 | 1 1", "8 9 10 11 | 1 5001", "9 10 11 12 | 1 10001",
                    "10 11 12 15 | 1 6002", "13 14 15 16 | 1 10900", "12 13 14 15 16 | 1 6905"}));
+  // The inlet list is 1, 1, 2: layout point, then the surface inlets 2 and 6 from 1 on.
+  EXPECT_EQ(surfaceLines(file),
+            (Lines{"1 3 2 2 | 1 1 5002 0 1 1", "1 2 3 3 | 1 1 5002 0 1 0", "3 4 5 5 | 1 1 1 0 3 50000203",
+                   "2 4 5 5 | 1 2 1 0 2 10", "3 5 6 6 | 1 1 1 0 3 0",
+                   "12 13 15 15 | 1 1 10002 1 812 80000100", "12 15 16 16 | 4 1 1 9 1 80000200",
+                   "13 14 16 16 | 1 2 1 1 80 80000300", "13 14 16 16 | 4 2 0 30 2 4d",
+                   "2 14 15 15 | 4 3 2 4 3 4e", "13 15 16 16 | 1 1 10002 1 80 80000100",
+                   "12 13 16 16 | 4 1 1 6 1 0", "5 6 7 7 | 7 8 9 10 99 b", "1 3 4 4 | 1 1 1 0 1 903"}));
   EXPECT_EQ(conditions(file), kConditions);
   COrvCCDataForSolver groups;
   transfer.GetCCCombineMeshDataAndMemory(groups);

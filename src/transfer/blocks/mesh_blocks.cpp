@@ -7,7 +7,9 @@ namespace {
 
 using WriteBad = int (OFEIO_Manipulator::*)(int, int);
 
-void writeBad(COrvSolverMeshWriter& worker, const std::vector<BadElement>& list, WriteBad write) {
+void writeBad(COrvSolverMeshWriter& worker, const std::vector<BadElement>& list, OFEHeaderField count,
+              WriteBad write) {
+  worker.setCounts(count, {static_cast<std::int32_t>(list.size())});
   for (const BadElement& bad : list) (worker.writer.*write)(bad.elementNo, bad.code);
 }
 
@@ -30,13 +32,16 @@ void writeNodes(COrvSolverMeshWriter& worker) {
 }
 
 void writeBadPlastic(COrvSolverMeshWriter& worker) {
-  writeBad(worker, worker.found.bad.plastic, &OFEIO_Manipulator::writeBadElementPlasticBlockEntry);
+  writeBad(worker, worker.found.bad.plastic, m_HEADER_NBadP,
+           &OFEIO_Manipulator::writeBadElementPlasticBlockEntry);
 }
 void writeBadMoldBase(COrvSolverMeshWriter& worker) {
-  writeBad(worker, worker.found.bad.mold, &OFEIO_Manipulator::writeBadElementMoldBaseBlockEntry);
+  writeBad(worker, worker.found.bad.mold, m_HEADER_NBadM,
+           &OFEIO_Manipulator::writeBadElementMoldBaseBlockEntry);
 }
 void writeBadChannel(COrvSolverMeshWriter& worker) {
-  writeBad(worker, worker.found.bad.channel, &OFEIO_Manipulator::writeBadElementCoolChannelBlockEntry);
+  writeBad(worker, worker.found.bad.channel, m_HEADER_NBadC,
+           &OFEIO_Manipulator::writeBadElementCoolChannelBlockEntry);
 }
 
 void writePartingDirection(COrvSolverMeshWriter& worker) {

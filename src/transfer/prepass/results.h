@@ -8,7 +8,8 @@
 
 #include "base/one_based.h"
 
-// What the pre-passes learn from the model. A pass that a variant does not run leaves its result empty.
+// What the pre-passes learn from the model, and what the writers leave out of the target. A pass that a
+// variant does not run leaves its result empty.
 namespace orvmesh::transfer {
 
 struct NodeTyping {
@@ -71,6 +72,12 @@ struct GateNumbers {
   }
 };
 
+// Entries of the source that the target does not hold: which (a literal), and how many.
+struct Dropped {
+  const char* what;
+  std::int32_t count;
+};
+
 struct PrepassResults {
   std::int32_t channelGroupCount = 0;
   std::optional<NodeTyping> nodeTyping;
@@ -83,6 +90,7 @@ struct PrepassResults {
   GateNumbers gates;
   HotRunnerNodes hotRunnerNodes;
   OneBasedArray<std::int32_t> hotRunnerElements;  // new number of each plastic element, 0: not written
+  std::vector<Dropped> dropped;                   // one entry per literal
 };
 
 }  // namespace orvmesh::transfer

@@ -10,6 +10,7 @@ namespace {
 void writeConditions(COrvSolverMeshWriter& worker, const char* banner, std::span<const BoundaryCode> codes) {
   worker.banner(banner);
   const auto& conditions = worker.model().conditions;
+  worker.setCounts(m_HEADER_NBoundaryCondition, {conditions.count()});
   int type = 0;  // carried from condition to condition on purpose (quirk 10)
   for (std::int32_t i = 1; i <= conditions.count(); ++i) {
     const BoundaryCondition condition = conditions[i];

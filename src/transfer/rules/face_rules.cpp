@@ -18,6 +18,11 @@ constexpr bool isHotRunnerType(std::int32_t type) {
 
 constexpr std::int32_t kGateType = 7;
 
+std::optional<Face> dropped(const char* what, FaceCarry& carry) {
+  carry.dropped = what;
+  return std::nullopt;
+}
+
 std::optional<Face> channelEnd(Face face, const SurfaceElement& stored, const COrvSolverMeshWriter& worker,
                                FaceCarry& carry) {
   const bool inlet = stored.contactCode == 1;
@@ -32,12 +37,12 @@ std::optional<Face> channelEnd(Face face, const SurfaceElement& stored, const CO
 // Tag and type of a hot-runner face of any type but 1; nothing when its gate or its element is not part of
 // the mesh.
 std::optional<Face> retaggedHotRunnerFace(Face face, const SurfaceElement& stored,
-                                          const COrvSolverMeshWriter& worker) {
+                                          const COrvSolverMeshWriter& worker, FaceCarry& carry) {
   const GateNumbers& gates = worker.found.gates;
   const std::int32_t group = tagGroup(stored.tag);
   if (isCommonGateTag(stored.tag)) {
     const std::int32_t number = GateNumbers::find(gates.common, group);
-    if (number < 1) return std::nullopt;
+    if (number < 1) return dropped("gate faces without a number among the hot runner's gates", carry);
     face.tag = withGroup(stored.tag, number);
     face.boundaryType = kGateType;
   } else if (isHotColdGateTag(stored.tag)) {
@@ -45,18 +50,14 @@ std::optional<Face> retaggedHotRunnerFace(Face face, const SurfaceElement& store
     face.tag = withGroup(stored.tag, GateNumbers::find(gates.hotCold, group));
     face.boundaryType = kGateType;
   } else if (stored.boundaryType == 5) {
-    if (!ownerGroupIn(worker.model(), stored, kHotRunnerFaceGroup)) return std::nullopt;
+    if (!ownerGroupIn(worker.model(), stored, kHotRunnerFaceGroup))
+      return dropped("surface elements of type 5 outside the hot runner", carry);
     face.tag = 8;
   } else {
     face.tag = 1;
     face.boundaryType = 0;
   }
   return face;
-}
-
-void writeFace(const Face& face, COrvSolverMeshWriter& worker) {
-  worker.writer.writeElementSurfaceBlockEntry(face.nodes, face.interfaceId, face.ownerCode, face.contactCode,
-                                              face.boundaryType, face.elementNo, static_cast<int>(face.tag));
 }
 
 // Every surface element through the rule. wanted(s) leaves surfaces out beforehand; written(s, n) learns that
@@ -68,7 +69,10 @@ void writeFaces(COrvSolverMeshWriter& worker, FaceRule rule, Wanted wanted, Writ
   for (std::int32_t s = 1; s <= surfaces.count(); ++s) {
     if (!wanted(s)) continue;
     const auto face = rule(surfaces[s], worker, carry);
-    if (!face) continue;
+    if (!face) {
+      worker.noteDropped(carry.dropped);
+      continue;
+    }
     written(s, ++carry.written);
     writeFace(*face, worker);
   }
@@ -92,8 +96,12 @@ void writeJoinedFaces(COrvSolverMeshWriter& worker, FaceRule rule) {
   worker.banner("Writing ElemSurf PI");
   const auto marks = markContactSurfaces(worker.contactFaces(), worker.model().surfaces.count(),
                                          worker.console, worker.consoleInput);
-  writeFaces(
-      worker, rule, [&](std::int32_t s) { return marks[s] == 0; }, [](std::int32_t, std::int32_t) {});
+  const auto isWritten = [&](std::int32_t s) {
+    if (marks[s] == 0) return true;
+    worker.noteDropped("surface elements between part and insert, now inside the part");
+    return false;
+  };
+  writeFaces(worker, rule, isWritten, [](std::int32_t, std::int32_t) {});
   writeContactFaces(worker);
 }
 
@@ -110,6 +118,11 @@ Face asStored(const SurfaceElement& face) {
   for (int i = 1; i < 4; ++i)
     if (out.nodes[i] == 0) out.nodes[i] = out.nodes[i - 1];
   return out;
+}
+
+void writeFace(const Face& face, COrvSolverMeshWriter& worker) {
+  worker.writer.writeElementSurfaceBlockEntry(face.nodes, face.interfaceId, face.ownerCode, face.contactCode,
+                                              face.boundaryType, face.elementNo, static_cast<int>(face.tag));
 }
 
 std::int32_t channelGroup(const SurfaceElement& face, const COrvSolverMeshWriter& worker) {
@@ -139,7 +152,8 @@ OneBasedArray<std::uint8_t> markContactSurfaces(const std::vector<ContactFaceRec
 
 std::optional<Face> channelFace(const SurfaceElement& stored, const COrvSolverMeshWriter& worker,
                                 FaceCarry& carry) {
-  if (stored.interfaceId != 3 && stored.interfaceId != 4) return std::nullopt;
+  if (stored.interfaceId != 3 && stored.interfaceId != 4)
+    return dropped("surface elements that are no channel faces", carry);
   Face face = asStored(stored);
   face.interfaceId = 1;
   face.ownerCode = 1;
@@ -155,8 +169,9 @@ std::optional<Face> partInsertFace(const SurfaceElement& stored, const COrvSolve
 }
 
 std::optional<Face> partInsertAndChannelFace(const SurfaceElement& stored, const COrvSolverMeshWriter& worker,
-                                             FaceCarry&) {
-  if (stored.interfaceId == 3 && stored.ownerCode == 2) return std::nullopt;
+                                             FaceCarry& carry) {
+  if (stored.interfaceId == 3 && stored.ownerCode == 2)
+    return dropped("surface elements of heater walls, now inside the mold", carry);
   Face face = asStored(stored);
   const auto& heaters = worker.found.heaters;
   if (stored.interfaceId == 4 && heaters && heaters->isHeaterElement(stored.elementNo)) {
@@ -167,15 +182,16 @@ std::optional<Face> partInsertAndChannelFace(const SurfaceElement& stored, const
 }
 
 std::optional<Face> hotRunnerFace(const SurfaceElement& stored, const COrvSolverMeshWriter& worker,
-                                  FaceCarry&) {
-  if (stored.interfaceId != 1) return std::nullopt;
+                                  FaceCarry& carry) {
+  if (stored.interfaceId != 1) return dropped("surface elements of mold and channels", carry);
   const bool gateBits = tagBit(stored.tag, 1) && tagBit(stored.tag, 2);
-  if (!isHotRunnerType(stored.boundaryType) && !gateBits) return std::nullopt;
+  if (!isHotRunnerType(stored.boundaryType) && !gateBits)
+    return dropped("surface elements of the part", carry);
   Face face = asStored(stored);
   const auto& numbers = worker.found.hotRunnerElements;
   const bool known = 1 <= stored.elementNo && stored.elementNo <= numbers.count();
   face.elementNo = known ? numbers[stored.elementNo] : 0;
-  return stored.boundaryType == 1 ? face : retaggedHotRunnerFace(face, stored, worker);
+  return stored.boundaryType == 1 ? face : retaggedHotRunnerFace(face, stored, worker, carry);
 }
 
 std::optional<Face> streamLineFace(const SurfaceElement& stored, const COrvSolverMeshWriter&, FaceCarry&) {

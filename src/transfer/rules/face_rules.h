@@ -28,6 +28,7 @@ struct Face {
 struct FaceCarry {
   std::uint32_t lastEndTag = 0;  // tag computed for the channel end before
   std::int32_t written = 0;
+  const char* dropped = "";  // what the face is that the rule dropped, as the list of losses names it
 };
 
 // The face to write, or nothing when it is dropped.
@@ -47,6 +48,8 @@ std::optional<Face> streamLineFace(const SurfaceElement& face, const COrvSolverM
 
 // The face as stored, its nodes completed: a node 2 to 4 that is 0 repeats the one before it.
 Face asStored(const SurfaceElement& face);
+
+void writeFace(const Face& face, COrvSolverMeshWriter& worker);
 
 // Group of a channel face for its tag: the inlet number of the tagged group when there is one, else
 // boundaryType.

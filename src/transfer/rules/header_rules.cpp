@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/checked.h"
 #include "transfer/rules/tallies.h"
 #include "transfer/solver_mesh_writer.h"
 
@@ -10,13 +11,12 @@ namespace orvmesh::transfer {
 namespace {
 
 // Header arithmetic wraps like the 32-bit words it is done on: a hostile source must not trap.
-std::int32_t wrappingSum(std::int32_t value, const Term (&terms)[3], const COrvSolverMeshWriter& worker) {
-  auto sum = static_cast<std::uint32_t>(value);
+std::int32_t sumOf(std::int32_t value, const Term (&terms)[3], const COrvSolverMeshWriter& worker) {
   for (const Term& term : terms) {
-    const auto part = static_cast<std::uint32_t>(tallyValue(term.tally, worker));
-    sum = term.sign < 0 ? sum - part : sum + part;
+    const std::int32_t part = tallyValue(term.tally, worker);
+    value = term.sign < 0 ? wrappingDifference(value, part) : wrappingSum(value, part);
   }
-  return static_cast<std::int32_t>(sum);
+  return value;
 }
 
 void applyRow(const HeaderRow& row, const OFEHeader& source, OFEHeader& target,
@@ -34,7 +34,7 @@ void applyRow(const HeaderRow& row, const OFEHeader& source, OFEHeader& target,
       target[row.first] = std::max(source[row.sourceFirst], row.constant);
       break;
     case HeaderAction::Add:
-      target[row.first] = wrappingSum(row.sourceFirst < 0 ? 0 : source[row.sourceFirst], row.terms, worker);
+      target[row.first] = sumOf(row.sourceFirst < 0 ? 0 : source[row.sourceFirst], row.terms, worker);
       break;
     case HeaderAction::CopyBytes:
       std::memcpy(&target.words[static_cast<std::size_t>(row.first)],
@@ -74,6 +74,11 @@ std::string describeRow(const HeaderRow& row) {
 }
 
 }  // namespace
+
+bool names(const HeaderRule& rule, int field) {
+  return std::any_of(rule.rows.begin(), rule.rows.end(),
+                     [field](const HeaderRow& row) { return row.first <= field && field <= row.last; });
+}
 
 void applyHeaderRule(const HeaderRule& rule, COrvSolverMeshWriter& worker) {
   const OFEHeader& source = worker.sourceHeader();

@@ -109,6 +109,9 @@ extern const HeaderRule kHotRunnerHeader;
 extern const HeaderRule kStreamLineHeader;
 extern const HeaderRule kMoldBaseHeader;
 
+// True when a row sets the field.
+bool names(const HeaderRule& rule, int field);
+
 // Fills the worker's target header; the four strings are always copied.
 void applyHeaderRule(const HeaderRule& rule, COrvSolverMeshWriter& worker);
 
