@@ -5,8 +5,8 @@
 
 #include "base/face_tables.h"
 #include "embedded/face_groups.h"
+#include "embedded/model_loader.h"
 #include "embedded/node_weld.h"
-#include "platform/cofedata.h"
 
 namespace orvmesh::embedded {
 namespace {
@@ -14,15 +14,18 @@ namespace {
 // What GetIfMolbaseFaceContact answers; of several elements on one face the lowest kind and number count.
 enum Kind : std::uint8_t { kPart = 1, kChannel = 3 };
 
-// Marks the nodes of the mold's own faces: no other face is asked for.
-std::vector<std::uint8_t> moldFaceNodes(const MeshModel& model) {
-  std::vector<std::uint8_t> members(static_cast<std::size_t>(model.nodes.count()) + 1);
+// The nodes of the mold's own faces make up the set: no other face is asked for. They are compared with those
+// of part and channel.
+std::vector<std::uint8_t> nodeUses(const MeshModel& model) {
+  std::vector<std::uint8_t> uses(static_cast<std::size_t>(model.nodes.count()) + 1, NodeWeld::kIgnored);
+  for (const ElementTable* table : {&model.elemP, &model.elemC})
+    for (const std::int32_t n : table->connectivity) uses[static_cast<std::size_t>(n)] = NodeWeld::kAsked;
   const SurfaceTable& surfaces = model.surfaces;
   for (std::size_t s = 0; s < surfaces.interfaceId.size(); ++s)
     if (surfaces.interfaceId[s] == 2 || surfaces.interfaceId[s] == 3)
-      for (const std::int32_t n : surfaces.nodes.subspan(4 * s, 4)) members[static_cast<std::size_t>(n)] = 1;
-  members[0] = 0;
-  return members;
+      for (const std::int32_t n : surfaces.nodes.subspan(4 * s, 4))
+        uses[static_cast<std::size_t>(n)] = NodeWeld::kMember;
+  return uses;
 }
 
 std::array<std::int32_t, 4> faceNodes(std::span<const std::int32_t> nodes, const LocalFace& face) {
@@ -36,7 +39,7 @@ std::array<std::int32_t, 4> faceNodes(std::span<const std::int32_t> nodes, const
 // The faces of part and channel elements whose nodes all lie on nodes of mold faces.
 class ContactIndex {
  public:
-  explicit ContactIndex(const MeshModel& model) : model_(model), weld_(model.nodes, moldFaceNodes(model)) {
+  explicit ContactIndex(const MeshModel& model) : model_(model), weld_(model.nodes, nodeUses(model)) {
     std::vector<HalfFace> halves;
     addElements(model.elemP, kPart, halves);
     addElements(model.elemC, kChannel, halves);
@@ -85,9 +88,12 @@ class ContactIndex {
 }  // namespace orvmesh::embedded
 
 using orvmesh::embedded::ContactIndex;
+using orvmesh::embedded::ModelLoader;
+using orvmesh::embedded::OfeReader;
 
 struct COFEPatch_ElementSurface::Implementation {
-  COFEData data;
+  OfeReader file;
+  MeshModel model;
   std::optional<ContactIndex> index;
 };
 
@@ -95,9 +101,12 @@ COFEPatch_ElementSurface::COFEPatch_ElementSurface() : implementation_(std::make
 COFEPatch_ElementSurface::~COFEPatch_ElementSurface() = default;
 
 int COFEPatch_ElementSurface::CreateContactSurface(const char* ofePath) {
-  implementation_->index.reset();
-  if (implementation_->data.ReadDataBin(ofePath, nullptr, 0, false) != 1) return 0;
-  implementation_->index.emplace(implementation_->data.model());
+  auto& [file, model, index] = *implementation_;
+  index.reset();
+  model = {};
+  if (ofePath == nullptr || !file.open(ofePath, false)) return 0;
+  if (!ModelLoader(file, model).loadContactSides()) return 0;
+  index.emplace(model);
   return 1;
 }
 
@@ -106,7 +115,7 @@ int COFEPatch_ElementSurface::GetIfMolbaseFaceContact(int* faceNodes, int& match
   if (!implementation_->index) return 0;
   const auto* const half = implementation_->index->find(faceNodes);
   if (half == nullptr) return 0;
-  const MeshModel& model = implementation_->data.model();
+  const MeshModel& model = implementation_->model;
   const auto nodes = (half->kind == orvmesh::embedded::kPart ? model.elemP : model.elemC).nodes(half->number);
   const auto list =
       orvmesh::embedded::faceNodes(nodes, orvmesh::facesOf(static_cast<int>(nodes.size()))[half->localFace]);

@@ -15,14 +15,24 @@ constexpr const char* kAxes[] = {"x", "y", "z"};
 }  // namespace
 
 bool ModelLoader::load() {
-  using Step = bool (ModelLoader::*)();
   static constexpr Step kSteps[] = {
       &ModelLoader::loadHeader,    &ModelLoader::loadNodes,       &ModelLoader::loadAllElements,
       &ModelLoader::loadSurfaces,  &ModelLoader::loadConditions,  &ModelLoader::loadAllBad,
       &ModelLoader::loadDiameters, &ModelLoader::loadLines,       &ModelLoader::loadLayout,
       &ModelLoader::loadSensors,   &ModelLoader::loadAllGeometry, &ModelLoader::loadLists,
       &ModelLoader::loadNames,     &ModelLoader::loadAllLayers,   &ModelLoader::loadDirection};
-  for (const Step step : kSteps)
+  return run(kSteps);
+}
+
+bool ModelLoader::loadContactSides() {
+  static constexpr Step kSteps[] = {&ModelLoader::loadHeader, &ModelLoader::loadNodes,
+                                    &ModelLoader::loadPlastic, &ModelLoader::loadChannels,
+                                    &ModelLoader::loadSurfaces};
+  return run(kSteps);
+}
+
+bool ModelLoader::run(std::span<const Step> steps) {
+  for (const Step step : steps)
     if (!(this->*step)()) return fail(file_.errorText());
   return true;
 }
@@ -69,10 +79,7 @@ bool ModelLoader::loadNodes() {
 }
 
 bool ModelLoader::loadAllElements() {
-  if (!loadElements(Block::ElementsPlastic, model_.elemP) ||
-      !loadElements(Block::ElementsMoldBase, model_.elemM) ||
-      !loadElements(Block::ElementsCoolChannel, model_.elemC))
-    return false;
+  if (!loadPlastic() || !loadElements(Block::ElementsMoldBase, model_.elemM) || !loadChannels()) return false;
   constexpr std::int32_t kLastMaterial = kHeaterMaterial + kLastGroup;
   const auto materials = model_.elemM.fieldA;
   if (const auto at = findOutside(materials, std::numeric_limits<std::int32_t>::min(), kLastMaterial);

@@ -19,10 +19,14 @@ class ModelLoader {
   ModelLoader(OfeReader& file, MeshModel& model) : file_(file), model_(model) {}
 
   bool load();
+  // Only header, nodes, surface elements, and elements of part and channels; the rest stays empty and unread.
+  bool loadContactSides();
   const std::string& errorText() const { return error_; }
   const std::vector<std::string>& warnings() const { return warnings_; }
 
  private:
+  using Step = bool (ModelLoader::*)();
+  bool run(std::span<const Step> steps);
   bool fail(std::string text);
   // "block entry 17: field is value (legal: legal)"; entries are counted from 0 here and from 1 in the text.
   bool violation(Block block, std::size_t entry, const std::string& field, const std::string& value,
@@ -35,6 +39,8 @@ class ModelLoader {
   bool loadHeader();
   bool loadNodes();
   bool loadAllElements();
+  bool loadPlastic() { return loadElements(Block::ElementsPlastic, model_.elemP); }
+  bool loadChannels() { return loadElements(Block::ElementsCoolChannel, model_.elemC); }
   bool loadElements(Block block, ElementTable& table);
   bool checkConnectivity(Block block, const ElementTable& table);
   void listMoldMaterials();

@@ -35,11 +35,11 @@ bool NodeWeld::Box::holds(const Point& p, double margin) const {
   return true;
 }
 
-NodeWeld::NodeWeld(const NodeTable& nodes, const std::vector<std::uint8_t>& members)
+NodeWeld::NodeWeld(const NodeTable& nodes, const std::vector<std::uint8_t>& uses)
     : nodes_(nodes),
       representative_(static_cast<std::size_t>(nodes.count()) + 1),
       bits_(static_cast<std::size_t>(nodes.count()) / 64 + 1) {
-  weld(members);
+  weld(uses);
   for (std::size_t n = 1; n < representative_.size(); ++n)
     bits_[n / 64] |= static_cast<std::uint64_t>(representative_[n] != 0) << (n % 64);
   occupied_ = {};
@@ -51,14 +51,14 @@ NodeWeld::Point NodeWeld::point(std::int32_t node) const {
   return {p[0], p[1], p[2]};
 }
 
-void NodeWeld::weld(const std::vector<std::uint8_t>& members) {
+void NodeWeld::weld(const std::vector<std::uint8_t>& uses) {
   constexpr double kFar = std::numeric_limits<double>::max();
   Box whole{{kFar, kFar, kFar}, {-kFar, -kFar, -kFar}};
   Box box = whole;
   std::size_t memberCount = 0;
   for (std::int32_t n = 1; n <= nodes_.count(); ++n) {
     whole.add(point(n));
-    if (members[static_cast<std::size_t>(n)] == 0) continue;
+    if (uses[static_cast<std::size_t>(n)] != kMember) continue;
     box.add(point(n));
     ++memberCount;
   }
@@ -68,7 +68,7 @@ void NodeWeld::weld(const std::vector<std::uint8_t>& members) {
   prepareGrid(memberCount);
 
   for (std::int32_t n = 1; n <= nodes_.count(); ++n) {
-    if (members[static_cast<std::size_t>(n)] == 0) continue;
+    if (uses[static_cast<std::size_t>(n)] != kMember) continue;
     std::int32_t& representative = representative_[static_cast<std::size_t>(n)];
     representative = nearest(point(n));
     if (representative != 0) continue;
@@ -76,7 +76,7 @@ void NodeWeld::weld(const std::vector<std::uint8_t>& members) {
     insert(n);
   }
   for (std::int32_t n = 1; n <= nodes_.count(); ++n) {
-    if (members[static_cast<std::size_t>(n)] != 0) continue;
+    if (uses[static_cast<std::size_t>(n)] != kAsked) continue;
     const Point p = point(n);
     if (box.holds(p, tolerance_)) representative_[static_cast<std::size_t>(n)] = nearest(p);
   }

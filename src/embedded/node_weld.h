@@ -12,8 +12,9 @@ namespace orvmesh::embedded {
 // of 1e-6 of the model's bounding-box diagonal. Such nodes share one representative of the set.
 class NodeWeld {
  public:
-  // members[n] is 1 for the nodes n of the set; entry 0 is not used.
-  NodeWeld(const NodeTable& nodes, const std::vector<std::uint8_t>& members);
+  enum Use : std::uint8_t { kAsked, kMember, kIgnored };
+  // uses[n]: node n belongs to the set, may be asked for, or never is; entry 0 is not used.
+  NodeWeld(const NodeTable& nodes, const std::vector<std::uint8_t>& uses);
 
   // The representative's node number; 0 for a node that lies on no member.
   std::int32_t operator[](std::int32_t node) const { return representative_[static_cast<std::size_t>(node)]; }
@@ -34,7 +35,7 @@ class NodeWeld {
   };
 
   Point point(std::int32_t node) const;
-  void weld(const std::vector<std::uint8_t>& members);
+  void weld(const std::vector<std::uint8_t>& uses);
   void prepareGrid(std::size_t memberCount);
   Cells cellsAround(const Point& p) const;
   std::uint64_t hashOf(std::uint32_t x, std::uint32_t y, std::uint32_t z) const;
