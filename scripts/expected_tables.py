@@ -106,7 +106,7 @@ def mold_layers(heaters):
         flagged = version(source) >= FLAGGED_VERSION
         found = [(m, layer, 0, 0, 0, flag if flagged else 0)
                  for m, layer, _, _, _, flag in source["moldMetalLayers"]["values"].tolist()]
-        last = max([0, *(row[1] for row in found)]) if flagged else 0
+        last = max((row[1] for row in found), default=0) if flagged else 0
         count = heater_groups(source) if heaters else 0
         return layers(found + [(10900 + k, last + k, 0, 0, 0, 0) for k in range(1, count + 1)], 6)
     return rows

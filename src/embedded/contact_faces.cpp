@@ -6,6 +6,7 @@
 #include "base/face_tables.h"
 #include "base/ranges.h"
 #include "embedded/face_groups.h"
+#include "embedded/model_box.h"
 #include "embedded/node_weld.h"
 
 namespace orvmesh::embedded {
@@ -23,7 +24,7 @@ class ContactCollector {
  public:
   ContactCollector(const MeshModel& model, const std::vector<std::uint8_t>& insertNodes)
       : model_(model),
-        weld_(model.nodes, insertNodes),
+        weld_(model.nodes, insertNodes, weldTolerance(model)),
         touched_(static_cast<std::size_t>(model.nodes.count()) + 1) {}
 
   const std::vector<HalfFace>& collect();
@@ -47,7 +48,7 @@ const std::vector<HalfFace>& ContactCollector::collect() {
   for (std::int32_t e = 1; e <= mold.count(); ++e)
     if (!isInsert(model_, e)) addOuterElement(mold.nodes(e), e, kOtherMold);
   for (const HalfFace& half : halves_)
-    for (const std::int32_t n : half.nodes) touched_[static_cast<std::size_t>(n)] = 1;
+    for (const std::int32_t n : half.nodes) touched_[static_cast<std::size_t>(weld_[n])] = 1;
   touched_[0] = 0;
   for (std::int32_t e = 1; e <= mold.count(); ++e)
     if (isInsert(model_, e)) addElement(mold.nodes(e), e, kInsert);
@@ -79,15 +80,10 @@ void ContactCollector::addElement(std::span<const std::int32_t> nodes, std::int3
 
 void ContactCollector::addFace(const std::int32_t* nodes, std::size_t count, std::int32_t number, Kind kind,
                                std::size_t face) {
+  const auto isTouched = [this](std::int32_t n) { return touched_[static_cast<std::size_t>(weld_[n])] != 0; };
+  if (kind != kPlastic && kind != kOtherMold && !std::all_of(nodes, nodes + count, isTouched)) return;
   HalfFace half{{}, number, kind, static_cast<std::uint8_t>(face)};
-  const bool isOuter = kind == kPlastic || kind == kOtherMold;
-  for (std::size_t k = 0; k < count; ++k) {
-    half.nodes[k] = weld_[nodes[k]];
-    const bool matters =
-        isOuter ? half.nodes[k] != 0 : touched_[static_cast<std::size_t>(half.nodes[k])] != 0;
-    if (!matters) return;
-  }
-  if (sortFaceNodes(half.nodes, count)) halves_.push_back(half);
+  if (weld_.keyOf(nodes, count, half.nodes)) halves_.push_back(half);
 }
 
 // What the halves of one face say about it.

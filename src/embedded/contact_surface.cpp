@@ -5,6 +5,7 @@
 
 #include "base/face_tables.h"
 #include "embedded/face_groups.h"
+#include "embedded/model_box.h"
 #include "embedded/model_loader.h"
 #include "embedded/node_weld.h"
 
@@ -14,8 +15,7 @@ namespace {
 // What GetIfMolbaseFaceContact answers; of several elements on one face the lowest kind and number count.
 enum Kind : std::uint8_t { kPart = 1, kChannel = 3 };
 
-// The nodes of the mold's own faces make up the set: no other face is asked for. They are compared with those
-// of part and channel.
+// The nodes of the mold's faces make up the set; they are compared with those of part and channel.
 std::vector<std::uint8_t> nodeUses(const MeshModel& model) {
   std::vector<std::uint8_t> uses(static_cast<std::size_t>(model.nodes.count()) + 1, NodeWeld::kIgnored);
   for (const ElementTable* table : {&model.elemP, &model.elemC})
@@ -39,7 +39,8 @@ std::array<std::int32_t, 4> faceNodes(std::span<const std::int32_t> nodes, const
 // The faces of part and channel elements whose nodes all lie on nodes of mold faces.
 class ContactIndex {
  public:
-  explicit ContactIndex(const MeshModel& model) : model_(model), weld_(model.nodes, nodeUses(model)) {
+  explicit ContactIndex(const MeshModel& model)
+      : model_(model), weld_(model.nodes, nodeUses(model), weldTolerance(model)) {
     std::vector<HalfFace> halves;
     addElements(model.elemP, kPart, halves);
     addElements(model.elemC, kChannel, halves);
@@ -56,12 +57,8 @@ class ContactIndex {
   std::optional<std::array<std::int32_t, 4>> keyOf(const std::int32_t (&nodes)[4]) const {
     std::array<std::int32_t, 4> key{};
     const std::size_t count = nodes[3] == nodes[2] || nodes[3] == 0 ? 3 : 4;
-    for (std::size_t k = 0; k < count; ++k) {
-      if (nodes[k] < 1 || nodes[k] > model_.nodes.count()) return std::nullopt;
-      key[k] = weld_[nodes[k]];
-      if (key[k] == 0) return std::nullopt;
-    }
-    if (!sortFaceNodes(key, count)) return std::nullopt;
+    const auto isNode = [this](std::int32_t n) { return 1 <= n && n <= model_.nodes.count(); };
+    if (!std::all_of(nodes, nodes + count, isNode) || !weld_.keyOf(nodes, count, key)) return std::nullopt;
     return key;
   }
 

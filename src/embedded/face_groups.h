@@ -78,7 +78,7 @@ class FaceBuckets {
     return sorted_.begin() + static_cast<std::ptrdiff_t>(i);
   }
 
-  std::vector<std::uint32_t> ends_;  // by smallest node: where its bucket ends and the next one begins
+  std::vector<std::size_t> ends_;  // by smallest node: where its bucket ends and the next one begins
   std::vector<HalfFace> sorted_;
 };
 

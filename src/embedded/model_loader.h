@@ -54,7 +54,9 @@ class ModelLoader {
   bool loadDiameters();
   bool loadLines();
   bool loadLayout();
-  bool loadBeam(std::size_t entry, const float values[13], const std::int32_t codes[7], std::int32_t points);
+  // Adds to coarse the values that the model cannot hold to 0.1 %.
+  bool loadBeam(std::size_t entry, const float values[13], const std::int32_t codes[7], std::int32_t points,
+                std::int32_t& coarse);
   bool loadSensors();
   bool loadAllGeometry();
   bool loadGeometry(Block block, Geometry& geometry);

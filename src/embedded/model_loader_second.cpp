@@ -41,7 +41,10 @@ bool ModelLoader::loadDiameters() {
     if (const auto at = findOutside(used, 1, model_.nodes.count()); at != kNoneFound)
       return violation(kBlock, static_cast<std::size_t>(i), "node " + std::to_string(at + 1), used[at], 1,
                        model_.nodes.count());
-    model_.diameters.push_back({{used.begin(), used.end()}, *view->at<float>(1, i, 1) * model_.lengthFactor});
+    ChannelDiameter& entry = model_.diameters.emplace_back();
+    entry.nodeCount = static_cast<std::int32_t>(used.size());
+    std::copy(used.begin(), used.end(), entry.nodes);
+    entry.diameter = *view->at<float>(1, i, 1) * model_.lengthFactor;
   }
   return true;
 }
@@ -75,20 +78,26 @@ bool ModelLoader::loadLayout() {
   if (!allFinite(kBlock, view->values<float>(0), kNames)) return false;
   const double factor = model_.lengthFactor;
   std::int32_t points = 0;
+  std::int32_t coarse = 0;
   for (std::int32_t i = 0; i < view->count(); ++i) points += *view->at<std::int32_t>(1, i, 7) != 0 ? 1 : 0;
   for (std::int32_t i = 0; i < view->count(); ++i) {
     const float* const values = view->at<float>(0, i, 13);
     const std::int32_t* const codes = view->at<std::int32_t>(1, i, 7);
     if (codes[0] != 0)
       model_.beamPoints.push_back({values[0] * factor, values[1] * factor, values[2] * factor, codes[1]});
-    else if (!loadBeam(static_cast<std::size_t>(i), values, codes, points))
+    else if (!loadBeam(static_cast<std::size_t>(i), values, codes, points, coarse))
       return false;
   }
+  if (coarse > 0)
+    warnings_.push_back(
+        "coolantChannelLayout: " + std::to_string(coarse) +
+        " values change by more than 0.1 % as ten-thousandths of model units, which is how they "
+        "are kept");
   return true;
 }
 
 bool ModelLoader::loadBeam(std::size_t entry, const float values[13], const std::int32_t codes[7],
-                           std::int32_t points) {
+                           std::int32_t points, std::int32_t& coarse) {
   constexpr Block kBlock = Block::CoolantChannelLayout;
   // A layout without points names none.
   for (const int end : {0, 1})
@@ -103,6 +112,7 @@ bool ModelLoader::loadBeam(std::size_t entry, const float values[13], const std:
       return violation(kBlock, entry, "value " + std::to_string(k < 2 ? 8 + k : 11 + k), exactText(value),
                        "-214748 to 214748 in model units");
     scaled[k] = *rounded;
+    if (std::abs(*rounded - value * 10000.0) > 0.001 * std::abs(value * 10000.0)) ++coarse;
   }
   BeamSegment& beam = model_.beamSegments.emplace_back();
   beam.segValue = scaled[1];
@@ -214,7 +224,7 @@ bool ModelLoader::loadNameEntry(const BlockView& view, std::int32_t entry, std::
     };
     if (key == "THICKNESS") {
       const auto value = parseNumber<double>(text);
-      if (!value || !std::isfinite(*value)) return wrong("a finite number");
+      if (!value || !std::isfinite(*value * model_.lengthFactor)) return wrong("a finite number");
       thickness = *value;
     }
     for (const auto& [numberKey, target] : numbers) {

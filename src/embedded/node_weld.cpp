@@ -5,12 +5,14 @@
 #include <cmath>
 #include <limits>
 
+#include "embedded/face_groups.h"
+
 namespace orvmesh::embedded {
 namespace {
 
-constexpr double kRelativeTolerance = 1e-6;
-// Cells of eight tolerances: a point seldom reaches into a second cell, and a cell holds few representatives
-// however close the points of a hostile file lie, since those are more than a tolerance apart.
+// Cells of eight tolerances: a point seldom reaches into a second cell, and a cell holds some hundred
+// representatives at most, however close the points of a hostile file lie: those are more than a tolerance
+// apart.
 constexpr double kTolerancesPerCell = 8;
 
 double squaredDistance(const std::array<double, 3>& a, const std::array<double, 3>& b) {
@@ -35,8 +37,9 @@ bool NodeWeld::Box::holds(const Point& p, double margin) const {
   return true;
 }
 
-NodeWeld::NodeWeld(const NodeTable& nodes, const std::vector<std::uint8_t>& uses)
+NodeWeld::NodeWeld(const NodeTable& nodes, const std::vector<std::uint8_t>& uses, double tolerance)
     : nodes_(nodes),
+      tolerance_(tolerance),
       representative_(static_cast<std::size_t>(nodes.count()) + 1),
       bits_(static_cast<std::size_t>(nodes.count()) / 64 + 1) {
   weld(uses);
@@ -46,6 +49,14 @@ NodeWeld::NodeWeld(const NodeTable& nodes, const std::vector<std::uint8_t>& uses
   heads_ = next_ = inserted_ = {};
 }
 
+bool NodeWeld::keyOf(const std::int32_t* nodes, std::size_t count, std::array<std::int32_t, 4>& key) const {
+  for (std::size_t k = 0; k < count; ++k)
+    if ((key[k] = (*this)[nodes[k]]) == 0) return false;
+  if (sortFaceNodes(key, count)) return true;
+  std::copy_n(nodes, count, key.begin());
+  return sortFaceNodes(key, count);
+}
+
 NodeWeld::Point NodeWeld::point(std::int32_t node) const {
   const float* const p = nodes_.xyz.data() + 3 * (static_cast<std::size_t>(node) - 1);
   return {p[0], p[1], p[2]};
@@ -53,18 +64,15 @@ NodeWeld::Point NodeWeld::point(std::int32_t node) const {
 
 void NodeWeld::weld(const std::vector<std::uint8_t>& uses) {
   constexpr double kFar = std::numeric_limits<double>::max();
-  Box whole{{kFar, kFar, kFar}, {-kFar, -kFar, -kFar}};
-  Box box = whole;
+  Box box{{kFar, kFar, kFar}, {-kFar, -kFar, -kFar}};
   std::size_t memberCount = 0;
   for (std::int32_t n = 1; n <= nodes_.count(); ++n) {
-    whole.add(point(n));
     if (uses[static_cast<std::size_t>(n)] != kMember) continue;
     box.add(point(n));
     ++memberCount;
   }
   if (memberCount == 0) return;
-  origin_ = whole.low;
-  tolerance_ = kRelativeTolerance * std::sqrt(squaredDistance(whole.low, whole.high));
+  origin_ = box.low;
   prepareGrid(memberCount);
 
   for (std::int32_t n = 1; n <= nodes_.count(); ++n) {
@@ -95,7 +103,7 @@ NodeWeld::Cells NodeWeld::cellsAround(const Point& p) const {
   for (std::size_t k = 0; k < 3; ++k) {
     const double from = p[k] - origin_[k];
     cells.first[k] = static_cast<std::uint32_t>(std::max(0.0, (from - tolerance_) * cellsPerLength_));
-    cells.last[k] = static_cast<std::uint32_t>((from + tolerance_) * cellsPerLength_);
+    cells.last[k] = static_cast<std::uint32_t>(std::max(0.0, (from + tolerance_) * cellsPerLength_));
   }
   return cells;
 }

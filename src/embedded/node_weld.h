@@ -8,16 +8,19 @@
 
 namespace orvmesh::embedded {
 
-// Which nodes lie where a node of some set lies: the same node, or one of its own number within the tolerance
-// of 1e-6 of the model's bounding-box diagonal. Such nodes share one representative of the set.
+// Which nodes lie where a node of some set lies: the same node, or one of its own number within the
+// tolerance. Such nodes share one representative of the set.
 class NodeWeld {
  public:
   enum Use : std::uint8_t { kAsked, kMember, kIgnored };
   // uses[n]: node n belongs to the set, may be asked for, or never is; entry 0 is not used.
-  NodeWeld(const NodeTable& nodes, const std::vector<std::uint8_t>& uses);
+  NodeWeld(const NodeTable& nodes, const std::vector<std::uint8_t>& uses, double tolerance);
 
   // The representative's node number; 0 for a node that lies on no member.
   std::int32_t operator[](std::int32_t node) const { return representative_[static_cast<std::size_t>(node)]; }
+  // What a face is known by, in the order of half-faces: its representatives, or its own nodes where fewer
+  // than three representatives would be left. False when a node lies on no member or fewer than three differ.
+  bool keyOf(const std::int32_t* nodes, std::size_t count, std::array<std::int32_t, 4>& key) const;
   bool holds(std::int32_t node) const {
     const auto n = static_cast<std::uint32_t>(node);
     return ((bits_[n / 64] >> (n % 64)) & 1) != 0;
@@ -43,6 +46,7 @@ class NodeWeld {
   void insert(std::int32_t node);
 
   const NodeTable& nodes_;
+  double tolerance_;  // in the file's own lengths
   std::vector<std::int32_t> representative_;
   std::vector<std::uint64_t> bits_;
 
@@ -51,7 +55,6 @@ class NodeWeld {
 
   // The grid over the representatives, in the file's own lengths.
   Point origin_{};
-  double tolerance_ = 0;
   double cellsPerLength_ = 0;
   std::vector<std::uint64_t> occupied_;  // a bit per hash: most questions end here
   std::vector<std::int32_t> heads_;      // by hash: the last representative inserted, 0 for none

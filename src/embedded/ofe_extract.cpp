@@ -146,13 +146,15 @@ int OFEIO_Manipulator::extractCoolantInletInfo(const char* path, int, CoolantInl
     info.surfaceInletGroups.push_back(inlet.group);
     info.surfaceInletFlags.push_back(1);
   }
-  for (const Point& point : *layoutPoints)
-    info.layoutInletFlags.push_back(std::any_of(inlets.begin(), inlets.end(),
-                                                [&point](const SurfaceInlet& inlet) {
-                                                  return distance(point, inlet.centroid) <= inlet.radius;
-                                                })
-                                        ? 1
-                                        : 0);
+  // Circuits have groups up to the last one; whatever else a face may name has no layout.
+  std::erase_if(
+      inlets, [](const SurfaceInlet& inlet) { return inlet.group < 0 || inlet.group > orvmesh::kLastGroup; });
+  for (const Point& point : *layoutPoints) {
+    const auto isHere = [&point](const SurfaceInlet& inlet) {
+      return distance(point, inlet.centroid) <= inlet.radius;
+    };
+    info.layoutInletFlags.push_back(std::any_of(inlets.begin(), inlets.end(), isHere) ? 1 : 0);
+  }
   return static_cast<int>(info.layoutInletFlags.size() + info.surfaceInletFlags.size());
 }
 

@@ -135,7 +135,8 @@ struct BadElementTable {
 
 // Lengths of the records below are in model units.
 struct ChannelDiameter {
-  std::vector<std::int32_t> nodes;  // positions 0..n-1
+  std::int32_t nodeCount;
+  std::int32_t nodes[8];
   double diameter;
 };
 struct ChannelLineEnd {

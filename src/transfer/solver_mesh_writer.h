@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <istream>
+#include <memory>
 #include <ostream>
 
 #include "platform/cofedata.h"
@@ -10,7 +11,8 @@
 
 namespace orvmesh::transfer {
 struct HeaderRule;
-}
+class FaceDrawings;
+}  // namespace orvmesh::transfer
 
 // The worker of one transfer: the source's model, the writer of the target, and what the pre-passes found
 // out.
@@ -43,6 +45,7 @@ class COrvSolverMeshWriter : public COFEData {
   const orvmesh::transfer::HeaderRule* headerRule = nullptr;
   int m_DebugLog = 0;
   bool stlDiagnostics = false;
+  std::shared_ptr<orvmesh::transfer::FaceDrawings> drawings;  // made at their first use
   std::ostream& console;
   std::istream& consoleInput;
 };

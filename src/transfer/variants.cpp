@@ -154,8 +154,15 @@ const Variant kStreamLine{"stream-line", "TransferMesh_StreamLineMesh",
                           true,          kStreamLineHeader,
                           traceNothing,  OpenReport::None,
                           false,         kStreamLineSteps};
-const Variant kMoldBaseOnly{"moldbase",          "TransferMesh_OnlyMoldbase", false, kMoldBaseHeader,
-                            traceMoldBaseHeader, OpenReport::LineWithPath,    true,  kMoldBaseSteps};
+const Variant kMoldBaseOnly{"moldbase",
+                            "TransferMesh_OnlyMoldbase",
+                            false,
+                            kMoldBaseHeader,
+                            traceMoldBaseHeader,
+                            OpenReport::LineWithPath,
+                            true,
+                            kMoldBaseSteps,
+                            "/// WriteData_OnlyMoldbase OK ///"};
 const Variant kPartInsert{"part-inserts", "TransferMesh_CombinePI", false, kPartInsertHeader,
                           traceNothing,   OpenReport::Line,         true,  kPartInsertSteps};
 const Variant kPartInsertAndChannel{"part-inserts-channels",
@@ -185,7 +192,7 @@ int writeVariant(const Variant& variant, COrvSolverMeshWriter& worker, const cha
   // A target that did not open takes nothing, and every block is still offered (quirk 12).
   for (const Step& step : variant.steps) step.run(worker);
   if (!variant.carriesSensors) dropSensors(worker);
-  if (&variant == &kMoldBaseOnly) worker.trace("/// WriteData_OnlyMoldbase OK ///");
+  if (variant.closingTrace != nullptr) worker.trace(variant.closingTrace);
   return worker.writer.endWriting();
 }
 

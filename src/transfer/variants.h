@@ -30,6 +30,7 @@ struct Variant {
   OpenReport openReport;  // what it prints when the target did not open
   bool carriesSensors;
   std::span<const Step> steps;
+  const char* closingTrace = nullptr;  // diagnostic line after the last step
 };
 
 extern const Variant kChannelOnly;

@@ -182,7 +182,10 @@ TEST(ContactFaces, ToleranceIsAMillionthOfTheDiagonal) {
     Mesh mesh;
     const auto z = static_cast<float>(gap * 1e-6 * std::sqrt(3.0));
     mesh.nodes = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, -z}, {1, 0, -z}, {0, 1, -z}, {1, 1, -z}};
+    // The box of what is used counts: a node of a far element does, a stray one does not.
     mesh.nodes.push_back({1, 1, 1});
+    mesh.nodes.push_back({1e9F, 0, 0});
+    mesh.channel = {{{1, 2, 3, 9}, 1, 1}};
     mesh.plastic = {{{1, 2, 3, 4}, 1, 1}};
     mesh.mold = {{{5, 6, 7, 8}, 5002, 0}};
     mesh.surfaces = {{{7, 6, 5, 0}, 2, 0, 0, 0, 1, 0}, {{1, 3, 2, 2}, 1, 0, 0, 0, 1, 0}};
@@ -190,12 +193,19 @@ TEST(ContactFaces, ToleranceIsAMillionthOfTheDiagonal) {
   }
 }
 
-// All nodes in one place, or none at all: nothing to find, and no hang.
 TEST(ContactFaces, DegenerateMeshes) {
   Mesh mesh = twoTetrahedra();
   mesh.mold[0].a = 5002;
+  const auto found = contactFacesOf(mesh);
+  EXPECT_FALSE(found.empty());
+  // Elements thinner than the tolerance, down to all nodes in one place: the node numbers still say what
+  // meets.
+  for (const float size : {1e-4F, 0.F}) {
+    for (auto& node : mesh.nodes) node[0] *= size;
+    EXPECT_EQ(contactFacesOf(mesh), found) << size;
+  }
   for (auto& node : mesh.nodes) node = {7, 7, 7};
-  EXPECT_TRUE(contactFacesOf(mesh).empty());
+  EXPECT_EQ(contactFacesOf(mesh), found);
   EXPECT_TRUE(contactFacesOf(Mesh{}).empty());
 }
 

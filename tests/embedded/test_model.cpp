@@ -63,6 +63,8 @@ const Case kViolations[] = {
      "surfaceBoundaryConditions entry 2: surfaceNo is 2 (legal: each surface once, entry 1 has it)"},
     {[](Mesh& m) { m.more = [](auto& f) { writeName(f, "THICKNESS", "2,5"); }; },
      "surfaceBoundaryConditionNames entry 1: THICKNESS is \"2,5\" (legal: a finite number)"},
+    {[](Mesh& m) { m.scale = 1e30F; m.more = [](auto& f) { writeName(f, "THICKNESS", "1e300"); }; },
+     "surfaceBoundaryConditionNames entry 1: THICKNESS is \"1e300\" (legal: a finite number)"},
     {[](Mesh& m) { m.more = [](auto& f) { writeName(f, "THICKNESS", "inf"); }; },
      "surfaceBoundaryConditionNames entry 1: THICKNESS is \"inf\" (legal: a finite number)"},
     {[](Mesh& m) { m.more = [](auto& f) { writeName(f, "BRANCH_NUMBER", "2147483648"); }; },
@@ -139,7 +141,9 @@ TEST(Model, HoldsTheFileInModelUnits) {
   EXPECT_STREQ(m.conditions[2].code, "??");
   EXPECT_EQ(m.badM.elementNo[0], 3);
 
-  EXPECT_EQ(m.diameters[0].nodes, (std::vector<std::int32_t>{1, 2, 3, 4, 5, 6, 7}));
+  const auto& diameter = m.diameters[0];
+  EXPECT_EQ(std::vector<std::int32_t>(diameter.nodes, diameter.nodes + diameter.nodeCount),
+            (std::vector<std::int32_t>{1, 2, 3, 4, 5, 6, 7}));
   EXPECT_EQ(m.diameters[0].diameter, 4.25);
   ASSERT_EQ(m.lines.size(), 1);
   EXPECT_EQ(m.lines[0].ends[1].values[3], 6);

@@ -31,7 +31,8 @@ TEST(Channels, SquareOneHasItsEdgeAsDiameterAndALineFromEndToEnd) {
     const auto face = m.surfaces[k];
     if (face.interfaceId != 3) continue;
     const auto& entry = m.diameters[static_cast<std::size_t>(wall++)];
-    ASSERT_EQ((std::vector<std::int32_t>(face.nodes, face.nodes + 3)), entry.nodes);
+    ASSERT_EQ(std::vector<std::int32_t>(face.nodes, face.nodes + 3),
+              std::vector<std::int32_t>(entry.nodes, entry.nodes + entry.nodeCount));
     EXPECT_NEAR(1, entry.diameter, 1e-6);
   }
   ASSERT_EQ(1U, m.lines.size());

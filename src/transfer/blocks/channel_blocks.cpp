@@ -12,7 +12,7 @@ constexpr float kRatio = 10000.0F;  // layout lengths and ratios are kept as int
 
 bool touchesHeater(const ChannelDiameter& entry, const PrepassResults& found) {
   if (!found.heaters || found.heaters->coolantElements != 0) return false;
-  return std::any_of(entry.nodes.begin(), entry.nodes.end(),
+  return std::any_of(entry.nodes, entry.nodes + entry.nodeCount,
                      [&](std::int32_t n) { return found.heaters->nodeFlags[n] != 0; });
 }
 
@@ -51,7 +51,7 @@ void WriteOfeElemCCLBin(COrvSolverMeshWriter& worker) {
   int nodes[8] = {};  // positions beyond an entry's nodes keep those of an earlier one on purpose (quirk 19)
   std::int32_t written = 0;
   for (const ChannelDiameter& entry : worker.model().diameters) {
-    std::copy_n(entry.nodes.begin(), std::min<std::size_t>(entry.nodes.size(), 8), nodes);
+    std::copy_n(entry.nodes, entry.nodeCount, nodes);
     if (touchesHeater(entry, worker.found)) continue;
     ++written;
     worker.writer.writeCoolantChannelDiameterBlockEntry(nodes, static_cast<float>(entry.diameter) * r);

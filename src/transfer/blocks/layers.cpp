@@ -21,6 +21,19 @@ std::int32_t countOf(const std::vector<LayerMaterial>& layers) {
   return static_cast<std::int32_t>(layers.size());
 }
 
+// Materials may share a layer: the source's own count of layers stands, where it has one.
+std::int32_t layersOf(const COrvSolverMeshWriter& worker, OFEHeaderField field,
+                      const std::vector<LayerMaterial>& layers) {
+  const std::int32_t count = worker.sourceHeader()[field];
+  return count != 0 ? count : countOf(layers);
+}
+
+std::int32_t largestLayer(const std::vector<LayerMaterial>& layers) {
+  const auto isBelow = [](const LayerMaterial& a, const LayerMaterial& b) { return a.layerId < b.layerId; };
+  const auto largest = std::max_element(layers.begin(), layers.end(), isBelow);
+  return largest == layers.end() ? 0 : largest->layerId;
+}
+
 }  // namespace
 
 std::int32_t insertLayerMaterial(std::int32_t material) {
@@ -31,20 +44,20 @@ std::int32_t insertLayerMaterial(std::int32_t material) {
 void WriteOfeMoldMetalLayerBin(COrvSolverMeshWriter& worker) {
   worker.banner("Writing Mold Metal Layer");
   const auto& layers = worker.model().moldMetalLayers;
-  worker.trace("NLayerMM = ", layers.size(), ",NMatM = ", layers.size());
-  worker.setCounts(m_HEADER_NLayerMM, {countOf(layers)});  // without heater layers (quirk 25)
-  worker.setCounts(m_HEADER_NMatM, {countOf(layers)});
+  const std::int32_t layerCount = layersOf(worker, m_HEADER_NLayerMM, layers);
+  worker.trace("NLayerMM = ", layerCount, ",NMatM = ", layers.size());
+  worker.setCounts(m_HEADER_NLayerMM, {layerCount});  // without heater layers (quirk 25)
+  if (!layers.empty()) worker.setCounts(m_HEADER_NMatM, {countOf(layers)});
   const bool flagged = worker.model().formatVersion >= kFirstFlagVersion;
-  std::int32_t lastLayer = 0;
   int index = 0;
   for (const LayerMaterial& layer : layers) {
     worker.writer.writeMoldMetalLayerBlockEntry(layer.materialId, layer.layerId, kNoName, 0, 0, 0,
                                                 flagged ? layer.additionalFlag : 0);
-    if (!flagged) continue;
-    worker.trace(++index, ",MI MatID=", layer.materialId, ",LayerID=", layer.layerId, ",LayerName=", kNoName,
-                 ",iadditionalFlag=", layer.additionalFlag);
-    lastLayer = std::max(lastLayer, layer.layerId);
+    if (flagged)
+      worker.trace(++index, ",MI MatID=", layer.materialId, ",LayerID=", layer.layerId,
+                   ",LayerName=", layer.name, ",iadditionalFlag=", layer.additionalFlag);
   }
+  const std::int32_t lastLayer = flagged ? largestLayer(layers) : 0;
   for (std::int32_t k = 1; k <= heaterLayers(worker); ++k) {
     const std::int32_t material = k + kHeaterMaterial;
     if (!flagged) worker.trace(k, ",Heater MatID=", material, ",LayerID=", k);
@@ -65,7 +78,7 @@ void WriteOfeMoldMetalLayerToPartInsertLayerBin(COrvSolverMeshWriter& worker) {
 void WriteOfePartInsertLayerBin(COrvSolverMeshWriter& worker) {
   worker.banner("Writing Part Insert Layer");
   const auto& layers = worker.model().partInsertLayers;
-  worker.setCounts(m_HEADER_NLayerPI, {countOf(layers)});
+  worker.setCounts(m_HEADER_NLayerPI, {layersOf(worker, m_HEADER_NLayerPI, layers)});
   for (const LayerMaterial& layer : layers)
     worker.writer.writePartInsertLayerBlockEntry(layer.materialId, layer.layerId, kNoName, 0, 0, 0, 0);
 }

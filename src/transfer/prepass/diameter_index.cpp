@@ -12,7 +12,7 @@ constexpr double kUnknownDiameter = 0.8;
 DiameterIndex::DiameterIndex(const std::vector<ChannelDiameter>& entries) {
   rows_.reserve(entries.size());
   for (const ChannelDiameter& entry : entries)
-    if (entry.nodes.size() >= 3)
+    if (entry.nodeCount >= 3)
       rows_.push_back({{entry.nodes[0], entry.nodes[1], entry.nodes[2]}, entry.diameter});
   std::stable_sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) { return a.nodes < b.nodes; });
 }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
+#include <memory>
 #include <utility>
 
 #include "base/face_tag.h"
@@ -23,14 +23,16 @@ std::int32_t truncated(double value) {
   return value < Limits::max() ? static_cast<std::int32_t>(value) : Limits::max();
 }
 
-FaceContact askBuilder(COFEPatch_ElementSurface& builder, const std::int32_t (&nodes)[4]) {
+// The builder reads the file anew: an element that the model does not know is none.
+FaceContact askBuilder(COFEPatch_ElementSurface& builder, const MeshModel& model,
+                       const std::int32_t (&nodes)[4]) {
   int asked[4];
   std::copy_n(nodes, 4, asked);
   FaceContact contact;
   int matched[4] = {};
   const int kind = builder.GetIfMolbaseFaceContact(asked, contact.element, matched);
-  if (kind == FaceContact::Part || kind == FaceContact::Channel)
-    contact.kind = static_cast<FaceContact::Kind>(kind);
+  if (kind == FaceContact::Part && model.elemP.holds(contact.element)) contact.kind = FaceContact::Part;
+  if (kind == FaceContact::Channel && model.elemC.holds(contact.element)) contact.kind = FaceContact::Channel;
   std::copy_n(matched, 4, contact.nodes.begin());
   return contact;
 }
@@ -151,16 +153,18 @@ void WriteOfeElemSurfBin_OnlyMoldbase(COrvSolverMeshWriter& worker) {
   worker.trace("/// WriteOfeElemSurfBin_OnlyMoldbase ///");
   worker.banner("Writing Elem Surface Moldbase");
   traceStep("1");
-  std::optional<FaceDrawings> drawings;
-  if (worker.stlDiagnostics) drawings.emplace(worker.model().nodes, inverseLengthFactor(worker));
+  if (worker.stlDiagnostics && !worker.drawings)
+    worker.drawings = std::make_shared<FaceDrawings>(worker.model().nodes, inverseLengthFactor(worker));
+  FaceDrawings* const drawings = worker.stlDiagnostics ? worker.drawings.get() : nullptr;
   traceStep("2 create surface relation from ", worker.path());
   COFEPatch_ElementSurface builder;
   builder.CreateContactSurface(worker.path().c_str());
   traceStep("3");
-  MoldBaseFaceRule rule(worker, [&](const auto& nodes) { return askBuilder(builder, nodes); });
-  writeClassifiedFaces(worker, rule, drawings ? &*drawings : nullptr);
+  MoldBaseFaceRule rule(worker,
+                        [&](const auto& nodes) { return askBuilder(builder, worker.model(), nodes); });
+  writeClassifiedFaces(worker, rule, drawings);
   traceStep("4");
-  if (drawings) {
+  if (drawings != nullptr) {
     reportCounts(worker, rule.counts());
     drawings->write(worker.path());
   }
