@@ -2,8 +2,9 @@
 """Makes a meshed injection mold of any size with Gmsh (Debian: python3-gmsh).
 
 A steel block of 160 x 120 x 100 mm around a ribbed tray with 2.5 mm walls, two inserts that touch the tray,
-five coolant channels, a heater rod, and a hot runner with two drops. All components share their nodes. Roles
-are physical groups under the names that `orvmesh import` knows. The same arguments give the same mesh.
+five coolant channels, a heater rod right through and a blind one, and a hot runner with two drops. All components
+share their nodes. Roles are physical groups under the names that `orvmesh import` knows. The same arguments give
+the same mesh.
 """
 import argparse
 import math
@@ -23,14 +24,15 @@ SLIDE_INSERT = (24.0, 16.0, 30.0)  # against the wall at +y, from z = 38
 CHANNEL_RADIUS = 4.0
 BEND_RADIUS = 16.0
 HEATER_RADIUS = 3.5
+BLIND_HEATER = 44.0  # length, from the side at +x
 DROP_X = (-20.0, 20.0)
 RUNNER_RADIUS, DROP_RADIUS, GATE_RADIUS = 3.5, 4.5, 1.5
 RUNNER_Z = 88.0
 
 # Element sizes in mm before scaling; the larger of two that meet gives way.
-SIZES = {"moldbase": 26.0, "insert": 8.0, "channel": 3.4, "heater": 3.4, "part": 4.8, "hotrunner": 4.0}
+SIZES = {"moldbase": 30.0, "insert": 8.0, "channel": 3.4, "heater": 3.4, "part": 4.8, "hotrunner": 4.0}
 GATE_SIZE = 2.1
-FIRST_COUNT = 56e3  # elements that these sizes give
+FIRST_COUNT = 54e3  # elements that these sizes give, about
 
 # type, display number, place, what it must lie in
 SENSORS = [
@@ -41,6 +43,7 @@ SENSORS = [
     (4, 5, (2.0, 3.0, 55.0), "insert:5002"),
     (4, 6, (-60.0, -40.0, 50.0), "moldbase"),
     (5, 7, (60.0, 35.0, 60.0), "moldbase"),
+    (5, 9, (-4.0, 37.0, 61.0), "insert:5003"),
     (6, 8, (3.0, 36.0, 52.0), "insert:5003"),
 ]
 
@@ -60,6 +63,7 @@ def drawn_volumes():
         "insert:5002": math.prod(CORE_INSERT),
         "insert:5003": math.prod(SLIDE_INSERT),
         "heater:1": math.pi * HEATER_RADIUS**2 * BLOCK[0],
+        "heater:2": math.pi * HEATER_RADIUS**2 * BLIND_HEATER,
     }
     return volumes | {f"channel:{g}": v for g, v in channel_volumes().items()}
 
@@ -124,6 +128,7 @@ def add_components():
         "channel:4": add_drilled((50, -y, 70), along_y, r),
         "channel:5": add_bent_channel(),
         "heater:1": add_drilled((-x, 22, 84), along_x, HEATER_RADIUS),
+        "heater:2": add_drilled((x, -22, 84), (-BLIND_HEATER, 0, 0), HEATER_RADIUS),
     }
 
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/failure.h"
-#include "base/nearest_name.h"
 
 namespace orvmesh::importing {
 namespace {
@@ -25,15 +24,6 @@ std::vector<std::int32_t> nodesOf(const MshMesh& mesh, const Group& group) {
   return nodes;
 }
 
-[[noreturn]] void failUnknown(const GroupRoles& groups, const RolesFile& roles,
-                              const RolesFile::Condition& condition) {
-  std::vector<std::string_view> names;
-  for (const auto& group : groups.groups) names.emplace_back(group.name);
-  throw Failure(roles.path, condition.path + ".group: the mesh has no elements of group '" + condition.group +
-                                "'; the nearest name is '" +
-                                std::string(nearestName(condition.group, names)) + "'");
-}
-
 }  // namespace
 
 std::vector<NodeCondition> listConditions(const MshMesh& mesh, const GroupRoles& groups,
@@ -49,7 +39,7 @@ std::vector<NodeCondition> listConditions(const MshMesh& mesh, const GroupRoles&
       continue;
     }
     const auto* group = groups.find(condition.group);
-    if (group == nullptr) failUnknown(groups, roles, condition);
+    if (group == nullptr) groups.failUnknown(roles, condition.path + ".group", condition.group);
     for (const auto node : nodesOf(mesh, *group)) list.push_back({node, condition.type, condition.value});
   }
   return list;

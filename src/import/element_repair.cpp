@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "base/failure.h"
-#include "import/element_volume.h"
+#include "import/element_quality.h"
 
 namespace orvmesh::importing {
 namespace {
@@ -53,7 +53,7 @@ double measureRun(const VolumeMesh& volumes, const VolumeRun& run) {
 constexpr std::size_t kAhead = 12;
 
 template <int Corners>
-double turnRun(VolumeMesh& volumes, const VolumeRun& run, Repairs& repairs) {
+double turnRun(VolumeMesh& volumes, const VolumeRun& run, double badQuality, Repairs& repairs) {
   const auto bit = bitOf(blockOf(volumes.components[run.component].role.kind));
   auto* blocks = volumes.blocksOfNode.data();
   const float* xyz = volumes.mesh().xyz.data();
@@ -69,11 +69,10 @@ double turnRun(VolumeMesh& volumes, const VolumeRun& run, Repairs& repairs) {
     for (int c = 0; c < Corners; ++c) blocks[nodes[c]] |= bit;
     const double volume = signedVolume<Corners>(xyz, nodes);
     sum += std::fabs(volume);
-    if (volume > 0) [[likely]]
-      continue;
-    if (volume == 0) {
-      ++repairs.flat;
-    } else {
+    if (volume == 0 || isPoor<Corners>(xyz, nodes, volume, badQuality)) [[unlikely]]
+      repairs.bad.push_back(
+          {run.firstElement + static_cast<std::int32_t>(k), volume == 0 ? kNoVolume : kPoorQuality});
+    if (volume < 0) [[unlikely]] {
       mirror<Corners>(nodes);
       ++repairs.turned;
     }
@@ -104,12 +103,12 @@ void measureVolumes(VolumeMesh& volumes) {
         byCorners(run.shape, [&]<int Corners>() { return measureRun<Corners>(volumes, run); });
 }
 
-Repairs turnElements(VolumeMesh& volumes) {
+Repairs turnElements(VolumeMesh& volumes, double badQuality) {
   Repairs repairs;
   volumes.blocksOfNode.assign(static_cast<std::size_t>(volumes.mesh().nodeCount()) + 1, 0);
   for (const auto& run : volumes.runs())
-    volumes.components[run.component].volumeOut +=
-        byCorners(run.shape, [&]<int Corners>() { return turnRun<Corners>(volumes, run, repairs); });
+    volumes.components[run.component].volumeOut += byCorners(
+        run.shape, [&]<int Corners>() { return turnRun<Corners>(volumes, run, badQuality, repairs); });
   return repairs;
 }
 

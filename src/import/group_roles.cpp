@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_set>
 #include <utility>
 
 #include "base/failure.h"
@@ -33,7 +34,7 @@ std::vector<Group> listGroups(const MshMesh& mesh) {
   std::vector<Group> groups;
   for (const auto& [key, count] : elements) {
     const auto name = names.find(key);
-    groups.push_back({key.first, key.second, name == names.end() ? "" : *name->second, count, {}});
+    groups.push_back({key.first, key.second, name == names.end() ? "" : *name->second, count, {}, false});
   }
   return groups;
 }
@@ -41,7 +42,8 @@ std::vector<Group> listGroups(const MshMesh& mesh) {
 // Gives each group its role or says why it has none.
 class Assignment {
  public:
-  Assignment(const MshMesh& mesh, const RolesFile& roles) : mesh_(mesh), roles_(roles) {}
+  Assignment(const MshMesh& mesh, const RolesFile& roles)
+      : mesh_(mesh), roles_(roles), carriers_(listCarriers(roles)) {}
 
   std::vector<Group> assign() {
     checkMappings();
@@ -75,6 +77,8 @@ class Assignment {
   }
 
   void assign(Group& group) {
+    group.carries =
+        carriers_.contains(group.name) || carriers_.contains(pairText(group.dimension, group.tag));
     if (const auto* mapping = mappingOf(group); mapping != nullptr) {
       group.role = mapping->role;
     } else if (group.dimension != 1) {
@@ -98,16 +102,18 @@ class Assignment {
       group.role = parsed.role;
     } else if (!parsed.unknown) {
       throw Failure(mesh_.path, group.label() + ": " + parsed.problem);
-    } else if (!roles_.ignoreUnlisted && !carriesConditions(group) && firstUnknown_.empty()) {
+    } else if (!roles_.ignoreUnlisted && !group.carries && firstUnknown_.empty()) {
       firstUnknown_ = group.label() + ": " + (group.name.empty() ? "no role" : parsed.problem) +
                       " (rename the group, or map it or ignore it with --roles)";
     }
   }
 
-  bool carriesConditions(const Group& group) const {
-    return std::any_of(roles_.conditions.begin(), roles_.conditions.end(), [&](const auto& condition) {
-      return isNamed(condition.group, group.dimension, group.tag, group.name);
-    });
+  static std::unordered_set<std::string> listCarriers(const RolesFile& roles) {
+    std::unordered_set<std::string> keys;
+    for (const auto& condition : roles.conditions) keys.insert(condition.group);
+    for (const auto& name : roles.bcNames) keys.insert(name.groups.begin(), name.groups.end());
+    keys.erase("");
+    return keys;
   }
 
   [[noreturn]] void failNoVolume(const std::vector<Group>& groups) const {
@@ -124,6 +130,7 @@ class Assignment {
 
   const MshMesh& mesh_;
   const RolesFile& roles_;
+  const std::unordered_set<std::string> carriers_;  // groups that conditions stand on
   std::string firstUnknown_;
 };
 
@@ -181,14 +188,35 @@ const Group& GroupRoles::find(int dimension, std::int32_t tag) const {
 }
 
 const Group* GroupRoles::find(const std::string& nameOrPair) const {
-  for (const auto& group : groups)
-    if (isNamed(nameOrPair, group.dimension, group.tag, group.name)) return &group;
-  return nullptr;
+  const auto all = findAll(nameOrPair);
+  return all.empty() ? nullptr : all.front();
+}
+
+std::vector<const Group*> GroupRoles::findAll(const std::string& nameOrPair) const {
+  std::vector<const Group*> found;
+  if (const auto at = byKey.find(nameOrPair); at != byKey.end())
+    for (const auto k : at->second) found.push_back(&groups[k]);
+  return found;
+}
+
+void GroupRoles::failUnknown(const RolesFile& roles, const std::string& where,
+                             const std::string& nameOrPair) const {
+  std::vector<std::string_view> names;
+  for (const auto& group : groups) names.emplace_back(group.name);
+  throw Failure(roles.path, where + ": the mesh has no elements of group '" + nameOrPair +
+                                "'; the nearest name is '" + std::string(nearestName(nameOrPair, names)) +
+                                "'");
 }
 
 GroupRoles assignRoles(const MshMesh& mesh, const RolesFile& roles) {
   GroupRoles result;
   result.groups = Assignment(mesh, roles).assign();
+  for (std::size_t k = 0; k < result.groups.size(); ++k) {
+    const auto& group = result.groups[k];
+    const auto pair = pairText(group.dimension, group.tag);
+    result.byKey[pair].push_back(k);
+    if (!group.name.empty() && group.name != pair) result.byKey[group.name].push_back(k);
+  }
   for (const auto& set : mesh.sets)
     result.ofSet.push_back(set.dimension >= 2 ? roleOf(mesh, set, result) : Role{});
   for (const auto& run : mesh.runs) {

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <limits>
 #include <map>
-#include <set>
 
 #include "base/failure.h"
+#include "import/channel_surface.h"
 #include "import/element_repair.h"
 #include "import/msh_reader.h"
 #include "import/node_numbers.h"
@@ -45,9 +45,12 @@ class Import {
     auto surfaces = deriveSurfaces(volumes_, named);
     report_.channels = measureChannels(volumes_, surfaces);
     placeSensors(volumes_, surfaces, sensors_);
-    writeOfe({volumes_, surfaces, report_.channels, sensors_, conditions_, roles_, options_.scale},
+    const auto names = placeNames(volumes_, surfaces, groups_, roles_);
+    if (roles_.deriveChannelSurface) roles_.channelSurface = outlineChannels(volumes_, surfaces);
+    writeOfe({volumes_, surfaces, report_.channels, sensors_, conditions_, names, repairs_.bad, roles_,
+              options_.scale},
              options_.target);
-    finishReport(surfaces);
+    finishReport(surfaces, names);
     return std::move(report_);
   }
 
@@ -61,9 +64,7 @@ class Import {
       for (auto& condition : conditions_)
         condition.node = joinedTo_[static_cast<std::size_t>(condition.node)];
     }
-    const auto repairs = turnElements(volumes_);
-    report_.turned = repairs.turned;
-    report_.flat = repairs.flat;
+    repairs_ = turnElements(volumes_, roles_.badQuality);
     if (!options_.merge)
       for (auto& component : volumes_.components) component.volumeIn = component.volumeOut;
     dropWhatNobodyNeeds();
@@ -92,10 +93,8 @@ class Import {
   }
 
   void listIgnored() {
-    std::set<const Group*> carrying;
-    for (const auto& condition : roles_.conditions) carrying.insert(groups_.find(condition.group));
     for (const auto& group : groups_.groups)
-      if (group.role.kind == RoleKind::ignore && !carrying.contains(&group))
+      if (group.role.kind == RoleKind::ignore && !group.carries)
         report_.ignored.push_back({group.label(), group.elements});
     std::map<int, std::uint64_t> ofNoGroup;
     for (const auto& run : mesh_.runs)
@@ -105,7 +104,19 @@ class Import {
       report_.ignored.push_back({std::string(kNames[dimension]) + " of no group", elements});
   }
 
-  void finishReport(const Surfaces& surfaces) {
+  void countBad() {
+    report_.badQuality = roles_.badQuality;
+    for (const auto& bad : repairs_.bad) {
+      ++report_.bad[static_cast<std::size_t>(blockOf(volumes_.componentOf(bad.element).role.kind))];
+      if (bad.code == kNoVolume) ++report_.flat;
+    }
+  }
+
+  void finishReport(const Surfaces& surfaces, const SurfaceNames& names) {
+    countBad();
+    report_.turned = repairs_.turned;
+    report_.namedSurfaces = names.surfaces.size();
+    report_.facesWithout = names.facesWithout;
     report_.mesh = options_.mesh;
     report_.format = mesh_.format;
     report_.target = options_.target;
@@ -128,6 +139,7 @@ class Import {
   std::vector<PlacedSensor> sensors_;
   std::vector<NodeCondition> conditions_;
   VolumeMesh volumes_;
+  Repairs repairs_;
   std::vector<std::int32_t> joinedTo_;  // by node; empty without --merge
   ImportReport report_;
 };

@@ -36,6 +36,11 @@ std::string JsonValue::text() const {
   return value_->get<std::string>();
 }
 
+bool JsonValue::truth() const {
+  if (!value_->is_boolean()) fail("expected true or false, found " + std::string(value_->type_name()));
+  return value_->get<bool>();
+}
+
 double JsonValue::number() const {
   if (!value_->is_number()) fail("expected a number, found " + std::string(value_->type_name()));
   const auto number = value_->get<double>();

@@ -21,6 +21,7 @@ class JsonValue {
   // Each fails unless the value has the shape.
   const JsonValue& object(const std::vector<std::string_view>& keys) const;
   std::string text() const;
+  bool truth() const;
   double number() const;  // finite in single precision
   std::int32_t integer(std::int32_t smallest, std::int32_t largest) const;
   std::array<float, 3> position() const;
@@ -30,6 +31,7 @@ class JsonValue {
 
   bool has(const char* key) const { return value_->contains(key); }
   bool isArray() const { return value_->is_array(); }
+  bool isObject() const { return value_->is_object(); }
   // A member that must be there.
   JsonValue operator[](const char* key) const;
 

@@ -8,8 +8,8 @@
 namespace orvmesh::importing {
 namespace {
 
-void append(std::vector<Layer>& layers, std::int32_t material, const std::string& name) {
-  layers.push_back({material, static_cast<std::int32_t>(layers.size()) + 1, name});
+void append(std::vector<Layer>& layers, std::int32_t material, const RolesFile::LayerName& name) {
+  layers.push_back({material, static_cast<std::int32_t>(layers.size()) + 1, name.name, name.flag});
 }
 
 void requireVolumes(const VolumeMesh& volumes, const RolesFile& roles) {
@@ -31,7 +31,7 @@ Layers listLayers(const VolumeMesh& volumes, const RolesFile& roles) {
   for (const auto& component : volumes.components) {
     const auto& role = component.role;
     const auto named = roles.layerNames.find(role);
-    const std::string name = named == roles.layerNames.end() ? "" : named->second;
+    const auto name = named == roles.layerNames.end() ? RolesFile::LayerName{} : named->second;
     if (blockOf(role.kind) == Block::mold) append(layers.mold, role.number, name);
     if (role.kind == RoleKind::insert) append(layers.insert, role.number, name);
     if (role.kind == RoleKind::coolant) append(layers.channel, role.number, name);

@@ -13,6 +13,7 @@ struct Layer {
   std::int32_t material;
   std::int32_t layer;  // 1, 2, ...
   std::string name;
+  std::int32_t flag;
 };
 
 // The layer tables: one row per mold material, per insert material and per channel group; the material of a

@@ -89,27 +89,18 @@ void readElements41(Source& in, const NodeTags& tags, ElementSink& sink, const E
   }
 }
 
+// Those of types that are not taken keep no corners.
 template <class Source>
 void readElements41(Source& in, const NodeTags& tags, ElementSink& sink, const ElementType& type,
                     std::uint64_t elements, std::int32_t* out) {
-  switch (type.taken() ? cornersOf(type.shape) : 0) {
-    case 0:
-      return readElements41<0>(in, tags, sink, type, elements, out);
-    case 1:
-      return readElements41<1>(in, tags, sink, type, elements, out);
-    case 2:
-      return readElements41<2>(in, tags, sink, type, elements, out);
-    case 3:
-      return readElements41<3>(in, tags, sink, type, elements, out);
-    case 4:
-      return readElements41<4>(in, tags, sink, type, elements, out);
-    case 5:
-      return readElements41<5>(in, tags, sink, type, elements, out);
-    case 6:
-      return readElements41<6>(in, tags, sink, type, elements, out);
-    default:
-      return readElements41<8>(in, tags, sink, type, elements, out);
-  }
+  using Read =
+      void (*)(Source&, const NodeTags&, ElementSink&, const ElementType&, std::uint64_t, std::int32_t*);
+  static constexpr Read kByCorners[] = {readElements41<0, Source>, readElements41<1, Source>,
+                                        readElements41<2, Source>, readElements41<3, Source>,
+                                        readElements41<4, Source>, readElements41<5, Source>,
+                                        readElements41<6, Source>, nullptr,
+                                        readElements41<8, Source>};
+  kByCorners[type.taken() ? cornersOf(type.shape) : 0](in, tags, sink, type, elements, out);
 }
 
 template <class Source>

@@ -5,15 +5,12 @@
 #include "base/failure.h"
 
 namespace orvmesh::importing {
-namespace {
 
 FaceNodes sortedNodes(const std::int32_t* nodes, bool triangle) {
   FaceNodes sorted{nodes[0], nodes[1], nodes[2], triangle ? 0 : nodes[3]};
   std::sort(sorted.begin(), sorted.begin() + (triangle ? 3 : 4));
   return sorted;
 }
-
-}  // namespace
 
 NamedFaces::NamedFaces(const MshMesh& mesh, const GroupRoles& roles, std::int32_t nodeCount)
     : path_(mesh.path), marked_(static_cast<std::size_t>(nodeCount) + 1) {

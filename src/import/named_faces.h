@@ -12,6 +12,7 @@ namespace orvmesh::importing {
 
 // Sorted node numbers of a face; a triangle's last is 0.
 using FaceNodes = std::array<std::int32_t, 4>;
+FaceNodes sortedNodes(const std::int32_t* nodes, bool triangle);
 
 // The triangles and quadrilaterals of surface groups that name channel ends and gates.
 class NamedFaces {

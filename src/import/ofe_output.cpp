@@ -18,6 +18,8 @@ constexpr int kVersion = 14001;
 constexpr int kHeaterBeam = 6, kCoolantBeam = 1;
 // Header words without a name: the channel group count stands in both.
 constexpr int kChannelGroupField = 20;
+// Surfaces that carry boundary-condition names, and how many different names they carry.
+constexpr int kNamedSurfaceField = 27, kNamesInUseField = 28;
 
 // When the mesh file was last changed, in UTC: the same mesh gives the same file.
 std::string timeOf(const std::string& path) {
@@ -51,13 +53,19 @@ class OfeOutput {
     writeSurfaces();
     for (const auto& c : mesh_.conditions)
       check(out_.writeBoundaryConditionBlockEntry(c.node, c.type, c.value));
+    writeBad(Block::plastic, &OFEIO_Manipulator::writeBadElementPlasticBlockEntry);
+    writeBad(Block::mold, &OFEIO_Manipulator::writeBadElementMoldBaseBlockEntry);
+    writeBad(Block::channel, &OFEIO_Manipulator::writeBadElementCoolChannelBlockEntry);
     writeDiameters();
     writeLines();
     writeLayout();
     for (const auto& s : mesh_.sensors)
       check(
           out_.writeSensorInfoBlockEntry(s.type, s.ids.data(), s.position[0], s.position[1], s.position[2]));
-    writeMoldInsert();
+    writeOutline(mesh_.roles.moldInsert, &OFEIO_Manipulator::writeMoldMetalBlockEntry);
+    if (mesh_.roles.channelSurface)
+      writeOutline(*mesh_.roles.channelSurface, &OFEIO_Manipulator::writeCoolingChannelSurfaceEntry);
+    writeSurfaceNames();
     writeBcNames();
     writeLayers();
     const auto& d = mesh_.roles.partingDirection;
@@ -121,11 +129,24 @@ class OfeOutput {
     out_[m_HEADER_NLayoutPoint] = points;
     out_[m_HEADER_NLayoutSegment] = beams;
     out_[m_HEADER_NLayoutEntry] = points + beams;
-    out_[m_HEADER_NMIPoint] = countOf(roles.insertPoints);
-    out_[m_HEADER_NMIFace] = countOf(roles.insertFaces);
-    out_[m_HEADER_NMIEntry] = countOf(roles.insertPoints) + countOf(roles.insertFaces);
+    countOutline(roles.moldInsert, m_HEADER_NMIPoint, m_HEADER_NMIFace, m_HEADER_NMIEntry);
+    if (roles.channelSurface)
+      countOutline(*roles.channelSurface, m_HEADER_NCCSurfacePoint, m_HEADER_NCCSurfaceFace,
+                   m_HEADER_NCCSurfaceEntry);
+    for (const auto& bad : mesh_.bad)
+      ++out_.header[m_HEADER_NBadP + static_cast<int>(blockOf(volumes_.componentOf(bad.element).role.kind))];
+    out_[m_HEADER_NSurfaceBC] = out_.header[kNamedSurfaceField] = countOf(mesh_.names.surfaces);
+    out_.header[kNamesInUseField] =
+        countOf(std::set<std::int32_t>(mesh_.names.names.begin(), mesh_.names.names.end()));
     out_[m_HEADER_NBoundaryCondition] = countOf(mesh_.conditions);
     out_[m_HEADER_NSurfaceBCName] = countOf(roles.bcNames);
+  }
+
+  void countOutline(const Outline& outline, OFEHeaderField points, OFEHeaderField faces,
+                    OFEHeaderField entries) {
+    out_[points] = countOf(outline.points);
+    out_[faces] = countOf(outline.faces);
+    out_[entries] = static_cast<std::int32_t>(outline.points.size() + outline.faces.size());
   }
 
   void writeNodes() {
@@ -152,6 +173,14 @@ class OfeOutput {
       check(out_.writeElementSurfaceBlockEntry(s.nodes, s.interfaceId, s.ownerCode, s.contactCode,
                                                s.boundaryType, s.elementNo,
                                                static_cast<std::int32_t>(s.tag)));
+  }
+
+  template <class WriteEntry>
+  void writeBad(Block block, WriteEntry writeEntry) {
+    const auto first = volumes_.blockFirst(block);
+    for (const auto& bad : mesh_.bad)
+      if (first <= bad.element && bad.element < volumes_.blockEnd(block))
+        check((out_.*writeEntry)(bad.element - first + 1, bad.code));
   }
 
   // A length computed from coordinates, which may have no place in the file.
@@ -236,12 +265,19 @@ class OfeOutput {
     }
   }
 
-  void writeMoldInsert() {
+  template <class WriteEntry>
+  void writeOutline(const Outline& outline, WriteEntry writeEntry) {
     const int noNodes[4] = {};
-    for (const auto& p : mesh_.roles.insertPoints)
-      check(out_.writeMoldMetalBlockEntry(1, p[0], p[1], p[2], noNodes, 0, 0));
-    for (const auto& face : mesh_.roles.insertFaces)
-      check(out_.writeMoldMetalBlockEntry(0, 0, 0, 0, face.nodes.data(), face.codes[0], face.codes[1]));
+    for (const auto& p : outline.points) check((out_.*writeEntry)(1, p[0], p[1], p[2], noNodes, 0, 0));
+    for (const auto& face : outline.faces)
+      check((out_.*writeEntry)(0, 0, 0, 0, face.nodes.data(), face.codes[0], face.codes[1]));
+  }
+
+  void writeSurfaceNames() {
+    const auto& names = mesh_.names;
+    for (std::size_t k = 0; k < names.surfaces.size(); ++k)
+      check(out_.writeSurfaceElementBoundaryConditionBlockEntry(
+          names.surfaces[k], static_cast<int>(names.list(k).size()), names.list(k).data()));
   }
 
   void writeBcNames() {
@@ -255,9 +291,9 @@ class OfeOutput {
 
   void writeLayers() {
     for (const auto& l : layers_.mold)
-      check(out_.writeMoldMetalLayerBlockEntry(l.material, l.layer, l.name.c_str(), 0, 0, 0, 0));
+      check(out_.writeMoldMetalLayerBlockEntry(l.material, l.layer, l.name.c_str(), 0, 0, 0, l.flag));
     for (const auto& l : layers_.insert)
-      check(out_.writePartInsertLayerBlockEntry(l.material, l.layer, l.name.c_str(), 0, 0, 0, 0));
+      check(out_.writePartInsertLayerBlockEntry(l.material, l.layer, l.name.c_str(), 0, 0, 0, l.flag));
     for (const auto& l : layers_.channel)
       check(out_.writeCoolantChannelLayerBlockEntry(l.material, l.layer, l.name.c_str()));
   }

@@ -5,8 +5,10 @@
 
 #include "import/channel_ends.h"
 #include "import/conditions.h"
+#include "import/element_repair.h"
 #include "import/roles_file.h"
 #include "import/sensors.h"
+#include "import/surface_names.h"
 #include "import/surfaces.h"
 #include "import/volume_mesh.h"
 
@@ -19,6 +21,8 @@ struct ComponentMesh {
   const Channels& channels;
   const std::vector<PlacedSensor>& sensors;
   const std::vector<NodeCondition>& conditions;
+  const SurfaceNames& names;
+  const std::vector<BadElement>& bad;
   const RolesFile& roles;
   float scale;
 };

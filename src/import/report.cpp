@@ -121,6 +121,12 @@ std::vector<std::string> notes(const ImportReport& report) {
     note(ignored.elements,
          "ignored: " + ignored.what + ", " + count(ignored.elements, "element", "elements"));
   note(report.flat, "warning: " + count(report.flat, "element has", "elements have") + " no volume");
+  const auto bad = report.bad[0] + report.bad[1] + report.bad[2];
+  note(bad, "listed as bad: part " + number(report.bad[0]) + ", mold " + number(report.bad[1]) +
+                ", channel " + number(report.bad[2]) + " (quality below " + number(report.badQuality) + ")");
+  note(report.facesWithout, "warning: " + count(report.facesWithout, "face of a group", "faces of groups") +
+                                " with a boundary-condition name " +
+                                (report.facesWithout == 1 ? "lies" : "lie") + " on no surface element");
   note(report.overlaps, "warning: " + count(report.overlaps, "face is", "faces are") +
                             " seen from the same side by two elements (they overlap)");
   const bool bothPresent = report.surfaces.ofInterface[0] > 0 && report.surfaces.ofInterface[1] > 0;
@@ -139,6 +145,8 @@ std::string reportText(const ImportReport& report) {
                      " volume elements\n";
   text += componentTable(report) + surfaceTable(report) + channelTable(report) + sensorTable(report);
   if (report.conditions > 0) text += "  boundary conditions: " + number(report.conditions) + "\n";
+  if (report.namedSurfaces > 0)
+    text += "  surfaces with condition names: " + number(report.namedSurfaces) + "\n";
   for (const auto& line : notes(report)) text += "  " + line + "\n";
   return text;
 }
@@ -150,6 +158,9 @@ std::string reportJson(const ImportReport& report) {
            {"target", report.target},
            {"nodes", report.nodes},
            {"boundaryConditions", report.conditions},
+           {"namedSurfaces", report.namedSurfaces},
+           {"facesWithoutSurface", report.facesWithout},
+           {"badElements", {{"part", report.bad[0]}, {"mold", report.bad[1]}, {"channel", report.bad[2]}}},
            {"components", json::array()},
            {"surfaces",
             {{"1", report.surfaces.ofInterface[0]},

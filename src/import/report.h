@@ -26,9 +26,13 @@ struct ImportReport {
   Channels channels;
   std::vector<PlacedSensor> sensors;
   std::uint64_t conditions = 0;
+  std::uint64_t namedSurfaces = 0;  // that carry boundary-condition names
+  std::uint64_t facesWithout = 0;   // of groups with such names: no surface lies there
 
   std::uint64_t turned = 0;
   std::uint64_t flat = 0;
+  std::uint64_t bad[3] = {};  // by block, flat ones included
+  double badQuality = 0;
   std::uint64_t secondOrder = 0;
   std::int64_t joinedNodes = 0;
   std::int64_t unusedNodes = 0;

@@ -58,8 +58,9 @@ void readCondition(const JsonValue& entry, RolesFile& roles) {
 }
 
 void readBcName(const JsonValue& entry, RolesFile& roles) {
-  entry.object({"name", "type", "thickness", "branchId", "branchOutletId", "branchNumber"});
-  RolesFile::BcName name{entry["name"].text(), entry["type"].integer(kSmallest, kLargest), {}};
+  entry.object({"name", "type", "thickness", "branchId", "branchOutletId", "branchNumber", "groups"});
+  RolesFile::BcName name{
+      entry["name"].text(), entry["type"].integer(kSmallest, kLargest), {}, {}, entry.path()};
   static constexpr const char* kIntegers[][2] = {
       {"branchId", "BRANCH_ID"}, {"branchOutletId", "BRANCH_OUTLET_ID"}, {"branchNumber", "BRANCH_NUMBER"}};
   for (const auto& [key, property] : kIntegers)
@@ -70,6 +71,8 @@ void readBcName(const JsonValue& entry, RolesFile& roles) {
     appendExact(text, entry["thickness"].number());
     name.properties.emplace_back("THICKNESS", text);
   }
+  if (entry.has("groups"))
+    entry["groups"].eachEntry([&](const JsonValue& group) { name.groups.push_back(group.text()); });
   roles.bcNames.push_back(std::move(name));
 }
 
@@ -114,22 +117,55 @@ RolesFile::Layout readLayout(const JsonValue& value) {
   return layout;
 }
 
-void readMoldInsert(const JsonValue& value, RolesFile& roles) {
+// A name alone or with the flag that mold layers have.
+void readLayerName(const std::string& roleText, const JsonValue& value, RolesFile& roles) {
+  const auto role = readVolumeRole(roleText, value);
+  if (!value.isObject()) {
+    roles.layerNames[role] = {value.text(), 0};
+    return;
+  }
+  value.object({"name", "flag"});
+  RolesFile::LayerName layer{value["name"].text(), 0};
+  if (value.has("flag")) {
+    if (blockOf(role.kind) != Block::mold) value["flag"].fail("only layers of moldbase and insert have one");
+    layer.flag = value["flag"].integer(kSmallest, kLargest);
+  }
+  roles.layerNames[role] = layer;
+}
+
+Outline readOutline(const JsonValue& value) {
   value.object({"points", "faces"});
-  value["points"].eachEntry([&](const JsonValue& entry) { roles.insertPoints.push_back(entry.position()); });
-  const auto points = static_cast<std::int32_t>(roles.insertPoints.size());
-  if (!value.has("faces")) return;
+  Outline outline;
+  value["points"].eachEntry([&](const JsonValue& entry) { outline.points.push_back(entry.position()); });
+  const auto points = static_cast<std::int32_t>(outline.points.size());
+  if (!value.has("faces")) return outline;
   value["faces"].eachEntry([&](const JsonValue& entry) {
     entry.object({"nodes", "codes"});
-    RolesFile::InsertFace face{};
+    Outline::Face face{};
     auto node = face.nodes.begin();
     entry["nodes"].eachEntry([&](const JsonValue& n) { *node++ = n.integer(1, points); }, 3, 4);
     if (node != face.nodes.end()) *node = face.nodes[2];
-    std::int32_t* code = face.codes;
+    auto code = face.codes.begin();
     if (entry.has("codes"))
       entry["codes"].eachEntry([&](const JsonValue& c) { *code++ = c.integer(kSmallest, kLargest); }, 2, 2);
-    roles.insertFaces.push_back(face);
+    outline.faces.push_back(face);
   });
+  return outline;
+}
+
+// Points and faces, or whether import takes them from the channels.
+void readChannelSurface(const JsonValue& value, RolesFile& roles) {
+  if (value.isObject()) {
+    roles.channelSurface = readOutline(value);
+  } else {
+    roles.deriveChannelSurface = value.truth();
+  }
+}
+
+double readQuality(const JsonValue& value) {
+  const auto quality = value.number();
+  if (!(quality >= 0 && quality <= 1)) value.fail("expected a number from 0 to 1");
+  return quality;
 }
 
 void readDirection(const JsonValue& value, RolesFile& roles) {
@@ -172,9 +208,8 @@ constexpr Key kKeys[] = {
      }},
     {"layerNames",
      [](const JsonValue& value, RolesFile& roles) {
-       value.eachMember([&](const std::string& role, const JsonValue& name) {
-         roles.layerNames[readVolumeRole(role, name)] = name.text();
-       });
+       value.eachMember(
+           [&](const std::string& role, const JsonValue& name) { readLayerName(role, name, roles); });
      }},
     {"coolantLines",
      [](const JsonValue& value, RolesFile& roles) {
@@ -182,7 +217,9 @@ constexpr Key kKeys[] = {
        value.eachEntry([&](const JsonValue& entry) { readLine(entry, lines); });
      }},
     {"layout", [](const JsonValue& value, RolesFile& roles) { roles.layout = readLayout(value); }},
-    {"moldInsert", readMoldInsert},
+    {"moldInsert", [](const JsonValue& value, RolesFile& roles) { roles.moldInsert = readOutline(value); }},
+    {"channelSurface", readChannelSurface},
+    {"badQuality", [](const JsonValue& value, RolesFile& roles) { roles.badQuality = readQuality(value); }},
     {"partingDirection", readDirection},
 };
 

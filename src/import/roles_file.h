@@ -14,6 +14,16 @@ namespace orvmesh::importing {
 
 using Position = std::array<float, 3>;
 
+// Points with faces of their own, beside the mesh.
+struct Outline {
+  struct Face {
+    std::array<std::int32_t, 4> nodes;  // 1-based among the points; a triangle repeats its third
+    std::array<std::int32_t, 2> codes;
+  };
+  std::vector<Position> points;
+  std::vector<Face> faces;
+};
+
 // What a roles file says; docs/import.md shows one.
 struct RolesFile {
   std::string path;
@@ -46,11 +56,17 @@ struct RolesFile {
     std::string name;
     std::int32_t type;
     std::vector<std::pair<std::string, std::string>> properties;
+    std::vector<std::string> groups;  // surface and volume groups whose surface elements carry the name
+    std::string path;
   };
   std::vector<BcName> bcNames;
 
-  // Names of layers by the role of their volumes.
-  std::map<Role, std::string> layerNames;
+  struct LayerName {
+    std::string name;
+    std::int32_t flag;  // of mold layers
+  };
+  // By the role of their volumes.
+  std::map<Role, LayerName> layerNames;
 
   struct Line {
     Role channel;
@@ -74,12 +90,12 @@ struct RolesFile {
   };
   std::optional<Layout> layout;
 
-  struct InsertFace {
-    std::array<std::int32_t, 4> nodes;  // 1-based among the points; a triangle repeats its third
-    std::int32_t codes[2];
-  };
-  std::vector<Position> insertPoints;
-  std::vector<InsertFace> insertFaces;
+  Outline moldInsert;
+  std::optional<Outline> channelSurface;
+  bool deriveChannelSurface = false;
+
+  // Elements of a lower quality are listed as bad.
+  double badQuality = 0.01;
 
   Position partingDirection{0, 0, 1};
 };

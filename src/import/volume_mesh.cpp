@@ -68,7 +68,7 @@ void VolumeMesh::listRuns(const GroupRoles& roles) {
     if (dimensionOf(run.type->shape) != 3 || !isVolume(role.kind)) continue;
     const auto at = std::lower_bound(components.begin(), components.end(), role, hasLowerRole);
     const auto component = static_cast<std::uint32_t>(at - components.begin());
-    runs_.push_back({run.type->shape, component, run.first, run.count, 0, run.firstTag});
+    runs_.push_back({run.type->shape, component, run.first, run.count, 0, run.firstTag, run.set});
   }
   std::stable_sort(runs_.begin(), runs_.end(),
                    [](const VolumeRun& a, const VolumeRun& b) { return a.component < b.component; });

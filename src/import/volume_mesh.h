@@ -31,6 +31,7 @@ struct VolumeRun {
   std::uint32_t count;
   std::int32_t firstElement;  // counted from 0 over all volume elements
   std::uint64_t firstTag;
+  std::uint32_t set;  // into MshMesh::sets
 };
 
 constexpr std::uint8_t bitOf(Block block) {

@@ -6,7 +6,7 @@ import sys
 import tempfile
 import unittest
 
-ORVMESH = os.environ["ORVMESH"]
+ORVMESH, SOURCE = os.environ["ORVMESH"], os.environ["ORVMESH_SOURCE"]
 
 # Two unit cubes side by side along x, part and steel.
 NODES = [(x, y, z) for z in (0, 1) for y in (0, 1) for x in (0, 1, 2)]
@@ -111,6 +111,29 @@ class Import(unittest.TestCase):
             with open(self.target, "rb") as file:
                 files.append(file.read())
         self.assertEqual(files[0], files[1])
+
+    def test_the_example_fills_every_block(self):
+        mold = os.path.join(SOURCE, "examples", "mold")
+        with open(os.path.join(mold, "roles.json")) as file:
+            roles = json.load(file)
+        self.write(self.path("roles.json"), json.dumps({**roles, "badQuality": 0.15}))
+        done = run(os.path.join(mold, "mold.msh"), self.target, "--roles", self.path("roles.json"))
+        self.assertEqual((0, ""), (done.returncode, done.stderr))
+        dump = json.loads(subprocess.run((ORVMESH, "dump", self.target), stdout=subprocess.PIPE, check=True).stdout)
+        self.assertEqual([], [name for name, entries in dump.items() if entries in ([], {})])
+        self.assertEqual({1, 2, 3, 4, 5, 6}, {sensor["type"] for sensor in dump["sensors"]})
+        inserts = {n for e in dump["elementsMoldBase"] if e["a"] > 5000 for n in e["nodes"]}
+        self.assertEqual({False, True}, {s["ids"][0] in inserts for s in dump["sensors"] if s["type"] == 5})
+        self.assertEqual(2, sum(entry[0] == 0 and entry[10] == 6 for entry in dump["coolantChannelLayout"]))
+        self.assertEqual({0, 1}, {entry["isPoint"] for entry in dump["coolingChannelSurface"]})
+        names = [entry["name"] for entry in dump["surfaceBoundaryConditionNames"]]
+        lists = {entry["surfaceNo"]: {names[k - 1] for k in entry["list"]}
+                 for entry in dump["surfaceBoundaryConditions"]}
+        for number, surface in enumerate(dump["elementSurfaces"], 1):
+            if surface["interfaceId"] == 1:
+                owner = dump["elementsPlastic"][surface["elementNo"] - 1]
+                valve = {4: {"valve at -x"}, 9: {"valve at +x"}}.get(surface["boundaryType"], set())
+                self.assertEqual({"hot runner" if owner["b"] > 200 else "tray wall"} | valve, lists[number])
 
     def test_what_gmsh_writes(self):
         """A box in a box, all encodings and orders, by Gmsh itself."""

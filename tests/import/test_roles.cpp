@@ -118,11 +118,12 @@ TEST(Roles, FileCarriesWhatAMeshCannot) {
     "sensors": [{"type": 4, "display": 9, "position": [0.5, 0.5, 1.5]}, {"type": 6, "display": 2, "position": [0, 0, 0]}],
     "boundaryConditions": [{"group": "clamped", "code": "OM", "value": 0.5}, {"node": 5, "code": "SM", "value": -1}],
     "bcNames": [{"name": "gate", "type": 7, "thickness": 2.5, "branchNumber": 3}, {"name": "plain", "type": 1}],
-    "layerNames": {"insert:5002": "H13", "moldbase": "P20", "channel:1": "water"},
+    "layerNames": {"insert:5002": {"name": "H13", "flag": 4}, "moldbase": "P20", "channel:1": "water"},
     "coolantLines": [{"channel": "heater:4", "from": [1, 2, 3], "to": [4, 5, 6], "diameter": [7, 8]}],
     "layout": {"points": [{"type": 1, "position": [0, 0, 0]}, {"type": 2, "position": [1, 0, 0]}],
                "beams": [{"from": 2, "to": 1, "diameter": 6, "code": 11, "beamCode": 12}]},
     "moldInsert": {"points": [[0, 0, 0], [1, 0, 0], [0, 1, 0]], "faces": [{"nodes": [1, 2, 3], "codes": [4, 5]}]},
+    "channelSurface": {"points": [[9, 8, 7]], "faces": []},
     "partingDirection": [0, 1, 0]})");
   const auto& m = imported.model();
   EXPECT_EQ(9, m.sensors[3].at(0).ids[2]);
@@ -136,6 +137,8 @@ TEST(Roles, FileCarriesWhatAMeshCannot) {
   EXPECT_EQ(2.5, m.bcValues.at(static_cast<std::size_t>(m.bcNames[0].valueIndex)));
   EXPECT_EQ("H13", m.moldMetalLayers.at(0).name);
   EXPECT_EQ("P20", m.moldMetalLayers.at(1).name);
+  EXPECT_EQ(4, m.moldMetalLayers.at(0).additionalFlag);
+  EXPECT_EQ(0, m.moldMetalLayers.at(1).additionalFlag);
   EXPECT_EQ("H13", m.partInsertLayers.at(0).name);
   EXPECT_EQ("water", m.channelLayers.at(0).name);
   EXPECT_EQ(8, m.lines.at(0).ends[1].values[3]);
@@ -143,11 +146,13 @@ TEST(Roles, FileCarriesWhatAMeshCannot) {
   EXPECT_EQ(11, m.beamSegments.at(0).segCode);
   EXPECT_EQ(12, m.beamSegments.at(0).values[3]);
   EXPECT_EQ(5, m.moldInsert.faces.at(0).faceCodeB);
+  EXPECT_EQ(8, m.channelSurface.points.at(0).y);
   EXPECT_EQ(1, m.partingDirection[1]);
 }
 
 TEST(Roles, FileErrorsNameTheirPlace) {
   auto mold = BrickMold(kSmall);
+  mold.addPoint("sensor:5:1", 0, 0, 0);
   const auto mesh = writeMsh(mold.mesh, Encoding::binary41);
   const std::pair<const char*, const char*> rows[] = {
       {"{", "roles.json: line 1: is no valid JSON"},
@@ -181,6 +186,19 @@ TEST(Roles, FileErrorsNameTheirPlace) {
       {R"({"layout": {"points": [], "beams": [{"from": 1}]}})", "beams[0].from: expected an integer in 1..0"},
       {R"({"moldInsert": {"points": [[0, 0, 0]], "faces": [{"nodes": [1, 1]}]}})",
        "nodes: expected 3 to 4 entries"},
+      {R"({"bcNames": [{"name": "a", "type": 1}, {"name": "b", "type": 1, "groups": ["part", "mouldbase"]}]})",
+       "bcNames[1].groups[1]: the mesh has no elements of group 'mouldbase'; the nearest name is 'moldbase'"},
+      {R"({"bcNames": [{"name": "a", "type": 1, "groups": ["sensor:5:1"]}]})",
+       "bcNames[0].groups[0]: point group 'sensor:5:1' has no faces; expected a surface or volume group"},
+      {R"({"bcNames": [{"name": "a", "type": 1, "groups": "part"}]})",
+       "groups: expected an array, found string"},
+      {R"({"layerNames": {"channel:1": {"name": "x", "flag": 1}}})",
+       "layerNames.channel:1.flag: only layers of moldbase and insert have one"},
+      {R"({"channelSurface": 1})", "channelSurface: expected true or false, found number"},
+      {R"({"channelSurface": {"points": [[0, 0, 0]], "faces": [{"nodes": [1, 1, 2]}]}})",
+       "channelSurface.faces[0].nodes[2]: expected an integer in 1..1, found 2"},
+      {R"({"badQuality": 1.5})", "badQuality: expected a number from 0 to 1"},
+      {R"({"badQualty": 0.5})", "unknown key 'badQualty'; the nearest is 'badQuality'"},
       {R"({"partingDirection": [0, 0, 0]})", "partingDirection: must not be zero"},
   };
   for (const auto& [json, expected] : rows) expectText(expected, refusal(mesh, json));
