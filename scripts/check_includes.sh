@@ -16,7 +16,8 @@ heatsource: base platform |
 tools:      base platform |
 import:     base platform | nlohmann
 view:       base platform | nlohmann
-cli:        base platform embedded transfer dmpio sensor channel heatsource tools import view | nlohmann CLI
+check:      base platform | nlohmann
+cli:        base platform embedded transfer dmpio sensor channel heatsource tools import view check | nlohmann CLI
 "
 system='[a-z_0-9]+|(cxxabi|dirent|dlfcn|errno|fcntl|limits|locale|poll|signal|stdlib|sys/[a-z]+|unistd)\.h'
 failed=0

@@ -14,6 +14,7 @@ void addImport(CLI::App& app, Job& job);
 void addInfo(CLI::App& app, Job& job);
 void addDump(CLI::App& app, Job& job);
 void addLoad(CLI::App& app, Job& job);
+void addCheck(CLI::App& app, Job& job);
 void addExport(CLI::App& app, Job& job);
 void addTransfer(CLI::App& app, Job& job);
 void addVariants(CLI::App& app, Job& job);

@@ -1,0 +1,278 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "check/report.h"
+#include "check/small_mold.h"
+#include "check/variants.h"
+#include "platform/ofeio.h"
+#include "support/everything.h"
+#include "support/failure_of.h"
+#include "support/json_mesh.h"
+#include "view/text_io.h"
+
+namespace {
+
+using namespace orvmesh;
+using nlohmann::json;
+using test::smallMold;
+
+check::Report checked(const json& mesh, std::optional<std::size_t> variant = std::nullopt) {
+  const test::TempDir dir;
+  return check::checkFile(test::writeOfe(dir, mesh.dump()), variant);
+}
+
+// "code xCOUNT: kind number" of each finding.
+std::string summary(const check::Report& report) {
+  std::string text;
+  for (const auto& finding : report.findings) {
+    text += (text.empty() ? "" : "; ") + std::string(check::ruleOf(finding.code).name) + " x" +
+            std::to_string(finding.count);
+    if (!finding.entities.empty())
+      text += ": " + std::string(finding.entities[0].kind) + ' ' + std::to_string(finding.entities[0].number);
+  }
+  return text;
+}
+
+TEST(Findings, NoneInASoundMold) { EXPECT_EQ(summary(checked(smallMold())), ""); }
+
+// One fault planted in the sound mold by a JSON patch, and all that is found then.
+struct Fault {
+  const char* patch;
+  const char* found;
+};
+
+const Fault kFaults[] = {
+    {R"([{"op": "replace", "path": "/boundaryConditions/0/entityNo", "value": 17}])",
+     "index-out-of-range x1: boundary condition 1"},
+    {R"([{"op": "replace", "path": "/boundaryConditions/0/entityNo", "value": 0}])",
+     "index-out-of-range x1: boundary condition 1"},
+    {R"([{"op": "add", "path": "/badElementsMoldBase/-", "value": [2, 0]}])",
+     "index-out-of-range x1: bad mold element 2"},
+    {R"([{"op": "replace", "path": "/elementsMoldBase/0/nodes", "value": [6,7,15,14,2,3,11,10]}])",
+     "inverted-element x1: mold element 1"},
+    {R"([{"op": "add", "path": "/elementsPlastic/-", "value": {"nodes": [1,2,9,10], "a": 1, "b": 1}}])",
+     "zero-volume-element x1: plastic element 2"},
+    {R"([{"op": "add", "path": "/elementsMoldBase/-", "value": {"nodes": [2,10,9,1,6,14,13,5], "a": 1}}])",
+     "duplicate-element x1: mold element 2"},
+    {R"([{"op": "add", "path": "/nodes/-", "value": [0.5, 0.5, 0.5]},
+         {"op": "add", "path": "/elementsPlastic/-", "value": {"nodes": [2,6,14,10,17], "a": 1, "b": 1}}])",
+     "crowded-face x1: face 0"},
+    {R"([{"op": "replace", "path": "/elementSurfaces/0/nodes", "value": [1, 2, 14, 13]}])",
+     "surface-off-mesh x1: surface element 1"},
+    {R"([{"op": "replace", "path": "/elementSurfaces/3/interfaceId", "value": 1}])",
+     "surface-not-of-owner x1: surface element 4"},
+    {R"([{"op": "replace", "path": "/elementSurfaces/4/elementNo", "value": 2147483647}])",
+     "surface-not-of-owner x1: surface element 5"},
+    {R"([{"op": "replace", "path": "/elementSurfaces/3/interfaceId", "value": -2147483648}])",
+     "surface-not-of-owner x1: surface element 4"},
+    {R"([{"op": "replace", "path": "/elementSurfaces/2/elementNo", "value": 0}])",
+     "surface-without-owner x1: surface element 3"},
+    {R"([{"op": "remove", "path": "/elementSurfaces/9"}])", "open-channel x4: surface element 6"},
+    {R"([{"op": "replace", "path": "/elementSurfaces/6/contactCode", "value": 1}])",
+     "channel-ends x1: channel group 1"},
+    {R"([{"op": "add", "path": "/elementSurfaces/6/tag", "value": 512}])",
+     "channel-ends x1: channel group 1"},
+    {R"([{"op": "replace", "path": "/elementSurfaces/6/boundaryType", "value": 2147483647}])",
+     "channel-ends x1: channel group 1"},
+    {R"([{"op": "replace", "path": "/elementsPlastic/0/a", "value": 0}])",
+     "unknown-material x1: plastic element 1"},
+    {R"([{"op": "replace", "path": "/elementsMoldBase/0/a", "value": 5001}, {"op": "remove", "path": "/moldMetalLayers"}])",
+     "unknown-material x1: mold element 1"},
+    {R"([{"op": "replace", "path": "/elementsCoolChannel/0/a", "value": 3},
+         {"op": "remove", "path": "/coolantChannelLayers"}])",
+     "unknown-material x1: channel element 1"},
+    {R"([{"op": "add", "path": "/header/fields/4", "value": 2}])", "header-count x1: header field 4"},
+    {R"([{"op": "add", "path": "/header/fields/17", "value": 2}])", "header-count x1: header field 17"},
+    {R"([{"op": "add", "path": "/header/fields/123", "value": -1}])", "header-count x1: header field 123"},
+    {R"([{"op": "add", "path": "/moldMetalLayers/-", "value": [5002, 2, "", 0, 0, 0, 0]}])",
+     "empty-component x1: mold metal layer 2"},
+    {R"([{"op": "remove", "path": "/elementsCoolChannel"}])", "empty-component x2: channel 0"},
+    {R"([{"op": "add", "path": "/nodes/-", "value": [5, 5, 5]}])", "unused-node x1: node 17"},
+    // Outside the component, on another thing of it, numbers of nothing.
+    {R"([{"op": "replace", "path": "/sensors/0/position", "value": [1.2, 0.5, 0.5]}])",
+     "sensor-outside x1: part element sensor 1"},
+    {R"([{"op": "replace", "path": "/sensors/0/ids", "value": [-2147483648, 0, 0, 0]}])",
+     "sensor-outside x1: part element sensor 1"},
+    {R"([{"op": "replace", "path": "/sensors/1/ids", "value": [3, 0, 0, 0]}])",
+     "sensor-outside x1: part node sensor 1"},
+    {R"([{"op": "replace", "path": "/sensors/1/position", "value": [0.2, 0.2, 2]}])",
+     "sensor-outside x1: part node sensor 1"},
+    {R"([{"op": "replace", "path": "/sensors/2/ids", "value": [1, 3, 0, 0]}])",
+     "sensor-outside x1: surface sensor 1"},
+    {R"([{"op": "replace", "path": "/sensors/2/ids", "value": [1, 11, 0, 0]}])",
+     "sensor-outside x1: surface sensor 1"},
+    {R"([{"op": "replace", "path": "/sensors/3/ids", "value": [2, 0, 0, 0]}])",
+     "sensor-outside x1: mold element sensor 1"},
+    {R"([{"op": "replace", "path": "/sensors/4/ids", "value": [1, 0, 0, 0]}])",
+     "sensor-outside x1: mold node sensor 1"},
+    {R"([{"op": "replace", "path": "/sensors/5/ids", "value": [16, 0, 0, 0]}])",
+     "sensor-outside x1: sensor of kind 6 1"},
+};
+
+TEST(Findings, OneForEachPlantedFault) {
+  for (const Fault& fault : kFaults) {
+    const auto report = checked(smallMold().patch(json::parse(fault.patch)));
+    EXPECT_EQ(summary(report), fault.found) << fault.patch;
+    EXPECT_FALSE(report.isSound()) << fault.patch;
+  }
+}
+
+// A tetrahedron on a node of its own where node 3 is, in the mold and in the part.
+TEST(Findings, CoincidentNodesOfOneComponentAreNoNote) {
+  const std::pair<const char*, const char*> cases[] = {{"elementsMoldBase", "coincident-nodes x1: node 17"},
+                                                       {"elementsPlastic", "separate-nodes x1: node 17"}};
+  for (const auto& [block, found] : cases) {
+    auto mold = smallMold();
+    mold["nodes"].push_back({2, 0, 1e-6});
+    mold[block].push_back({{"nodes", {17, 11, 10, 15}}, {"a", 1}, {"b", 1}});
+    const auto report = checked(mold);
+    EXPECT_EQ(summary(report), found);
+    EXPECT_EQ(report.isSound(), report.findings[0].code == check::Code::separateNodes);
+  }
+}
+
+TEST(Findings, AHoseOrAGroupThatTouchesStandsForAnEnd) {
+  auto mold = smallMold();
+  mold["elementSurfaces"][6]["contactCode"] = 0;
+  EXPECT_EQ(summary(checked(mold)), "");
+  mold["elementSurfaces"][6]["contactCode"] = 2;
+  mold["elementSurfaces"][6]["boundaryType"] = 2;  // the outlet is group 2's, which has elements of its own
+  mold["elementsCoolChannel"].push_back({{"nodes", {3, 4, 11, 7}}, {"a", 1}, {"b", 2}});
+  EXPECT_EQ(summary(checked(mold)), "");
+}
+
+TEST(Findings, ManyAreCountedAndTheFirstAreShown) {
+  auto mold = smallMold();
+  for (int i = 0; i < 100; ++i) mold["nodes"].push_back({i, -5, 0.5});
+  const auto report = checked(mold);
+  ASSERT_EQ(report.findings.size(), 1U);
+  EXPECT_EQ(report.findings[0].count, 100U);
+  EXPECT_EQ(report.findings[0].entities.size(), check::Collector::kShown);
+  EXPECT_EQ(report.findings[0].entities[4].position, (std::array<double, 3>{4, -5, 0.5}));
+}
+
+TEST(Findings, AbsentComponentsAreNotes) {
+  const json part = {{"nodes", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}},
+                     {"elementsPlastic", {{{"nodes", {1, 2, 3, 4}}, {"a", 1}, {"b", 1}}}}};
+  EXPECT_EQ(summary(checked(part)), "absent-component x2: mold 0");
+  EXPECT_EQ(summary(checked(part, check::variantAt("stream-line"))), "");
+  EXPECT_EQ(summary(checked({{"nodes", json::array()}})),
+            "empty-component x1: whole mesh 0; absent-component x3: plastic 0");
+}
+
+TEST(Variants, DocumentedPropertiesAreNotes) {
+  auto mold = smallMold();
+  mold["nodes"].push_back({5, 5, 5});
+  auto report = checked(mold);
+  EXPECT_EQ(report.explainedBy.size(), check::variantNames().size());
+  for (std::size_t v = 0; v < check::variantNames().size(); ++v) EXPECT_TRUE(checked(mold, v).isSound());
+
+  mold.erase("elementsCoolChannel");
+  report = checked(mold);
+  EXPECT_EQ(report.explainedBy, std::vector<std::string>{"moldbase"});
+  EXPECT_FALSE(checked(mold, check::variantAt("stream-line")).isSound());
+  report = checked(mold, check::variantAt("moldbase"));
+  EXPECT_TRUE(report.isSound());
+  EXPECT_FALSE(report.findings[0].reason.empty());
+
+  mold["elementsPlastic"][0]["a"] = 0;
+  EXPECT_TRUE(checked(mold).explainedBy.empty());
+}
+
+// Whatever a file holds that can be written, the check comes to an end and says something.
+TEST(Findings, AnyNumberAnywhereIsChecked) {
+  const test::TempDir dir;
+  const std::string path = dir / "mesh.ofe";
+  const json everything = json::parse(test::kEverything);
+  const json flat = everything.flatten();
+  int tried = 0;
+  for (const auto& [place, value] : flat.items()) {
+    if (!value.is_number_integer()) continue;
+    for (const std::int64_t other : {std::int64_t{-2147483648}, std::int64_t{2147483647}}) {
+      json mesh = everything;
+      mesh[json::json_pointer(place)] = other;
+      if (test::failureOf([&] { view::loadJson(mesh.dump(), "mesh", path); }) != "no failure") continue;
+      ++tried;
+      EXPECT_FALSE(check::checkFile(path, std::nullopt).findings.empty()) << place << ' ' << other;
+    }
+  }
+  EXPECT_GT(tried, 150);
+}
+
+// Files that no JSON makes: the reader refuses them.
+class Refused : public ::testing::Test {
+ protected:
+  using Write = void (*)(OFEIO_Manipulator& file);
+  check::Report checkedFile(Write write) {
+    OFEIO_Manipulator file;
+    EXPECT_EQ(file.beginWriting(path_.c_str(), 14001, 0), 1);
+    for (int n = 0; n < 4; ++n)
+      file.writeNodeBlockEntry(static_cast<float>(n == 1), static_cast<float>(n == 2),
+                               static_cast<float>(n == 3));
+    write(file);
+    EXPECT_EQ(file.endWriting(), 1);
+    return check::checkFile(path_, std::nullopt);
+  }
+  test::TempDir dir_;
+  std::string path_ = dir_ / "mesh.ofe";
+};
+
+TEST_F(Refused, ValuesAreFindings) {
+  const std::pair<Write, const char*> cases[] = {
+      {[](OFEIO_Manipulator& file) {
+         const int nodes[] = {1, 2, 3, 5};
+         file.writeElementPlasticBlockEntry(4, nodes, 1, 1, 0);
+       },
+       "index-out-of-range"},
+      {[](OFEIO_Manipulator& file) {
+         const int nodes[] = {1, 2, 3, 4};
+         file.writeElementCoolChannelBlockEntry(4, nodes, 1, 1001, 0);
+       },
+       "index-out-of-range"},
+      {[](OFEIO_Manipulator& file) {
+         const int nodes[] = {1, 2, 3, 4};
+         file.writeElementMoldBaseBlockEntry(4, nodes, 11901, 1, 0);
+       },
+       "unknown-material"},
+      {[](OFEIO_Manipulator& file) {
+         const int ids[4] = {};
+         file.writeSensorInfoBlockEntry(1, ids, std::numeric_limits<float>::quiet_NaN(), 0, 0);
+       },
+       "illegal-value"},
+      {[](OFEIO_Manipulator& file) { file.writeCoolantChannelLineBlockEntry(0, 0, 0, 1, 0, 0, 0, 0); },
+       "illegal-value"},
+  };
+  for (const auto& [write, code] : cases) {
+    const auto report = checkedFile(write);
+    ASSERT_EQ(report.findings.size(), 1U) << code;
+    EXPECT_TRUE(report.refused);
+    EXPECT_STREQ(check::ruleOf(report.findings[0].code).name, code);
+    EXPECT_NE(report.findings[0].entities[0].detail.find("legal"), std::string::npos) << code;
+  }
+}
+
+TEST_F(Refused, ElementsOfNoShape) {
+  const auto report = checkedFile([](OFEIO_Manipulator& file) {
+    const int nodes[] = {1, 2, 3, 4, 1, 2, 3};
+    for (int count = 1; count <= 7; count += count == 3 ? 4 : 1)
+      file.writeElementPlasticBlockEntry(count, nodes, 1, 1, 0);
+    file[m_HEADER_NElemP] = 4;
+    file[m_HEADER_NNode] = 4;
+    file[m_HEADER_NMatP] = 1;
+  });
+  EXPECT_EQ(summary(report), "zero-volume-element x4: plastic element 1; absent-component x2: mold 0");
+}
+
+TEST_F(Refused, BrokenFilesCannotBeChecked) {
+  checkedFile([](OFEIO_Manipulator&) {});
+  const auto whole = view::readWholeFile(path_);
+  for (std::size_t size = 0; size < whole.size(); size += 61) {
+    std::FILE* file = std::fopen(path_.c_str(), "wb");
+    std::fwrite(whole.data(), 1, size, file);
+    std::fclose(file);
+    EXPECT_NE(test::failureOf([&] { check::checkFile(path_, std::nullopt); }), "no failure") << size;
+  }
+}
+
+}  // namespace
