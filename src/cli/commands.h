@@ -18,5 +18,6 @@ void addCheck(CLI::App& app, Job& job);
 void addExport(CLI::App& app, Job& job);
 void addTransfer(CLI::App& app, Job& job);
 void addVariants(CLI::App& app, Job& job);
+void addDmp(CLI::App& app, Job& job);
 
 }  // namespace orvmesh::cli

@@ -14,7 +14,8 @@ constexpr int kWrongUsage = 2;
 
 void addSubcommands(CLI::App& app, Job& job) {
   using namespace orvmesh::cli;
-  for (const auto add : {addImport, addInfo, addCheck, addDump, addLoad, addExport, addTransfer, addVariants})
+  for (const auto add :
+       {addImport, addInfo, addCheck, addDump, addLoad, addExport, addTransfer, addDmp, addVariants})
     add(app, job);
 }
 

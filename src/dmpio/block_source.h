@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "dmpio/layout.h"
+#include "platform/binio.h"
+
+namespace orvmesh::dmpio {
+
+// The block form as it is read. Copies share the file and have a current block each.
+class BlockSource {
+ public:
+  // The version in the header block, 0 when it cannot be read; nothing when the file is no block file.
+  static std::optional<int> versionOf(const char* path);
+
+  bool open(const char* path);
+  void close() { file_.endReading(); }
+  // Sets the values that the version has; false when the header block is not there or too short.
+  bool readHeader(Header header, int version);
+  // The number of stored entries; nothing when the block is missing or damaged.
+  std::optional<int> openBlock(const BlockRow& row);
+  // Whether the last block asked for is there and not what was written.
+  bool isDamaged() const { return damaged_; }
+  bool readOne(int index, int& value) {
+    if (index >= sizes_[0]) return false;
+    value = file_.currentBlock().getValue(0, index);
+    return true;
+  }
+  bool readPair(int index, int& first, int& second) {
+    if (index >= sizes_[0] || index >= sizes_[1]) return false;
+    const BINIO_BinaryBlock& block = file_.currentBlock();
+    first = block.getValue(0, index);
+    second = block.getValue(1, index);
+    return true;
+  }
+  // Twice the number of items.
+  std::optional<int> readGroupCount(int group);
+  bool readItem(int& first, int& second);
+
+ private:
+  BINIO_BinaryFile file_;
+  std::int64_t sizes_[2] = {0, 0};  // of the current block's two vectors; 0 for one that is not there
+  bool damaged_ = false;
+  std::int64_t cursor_ = 0;  // in vector 1 of the line-to-face map
+};
+
+}  // namespace orvmesh::dmpio

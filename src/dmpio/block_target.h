@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "dmpio/layout.h"
+#include "platform/binio.h"
+
+namespace orvmesh::dmpio {
+
+// The block form as it is written: a block is collected and reaches the file when the next one starts. Copies
+// share the file and have a current block each.
+class BlockTarget {
+ public:
+  bool open(const char* path);
+  // Makes the header the current block.
+  void writeHeader(Header header);
+  // Hands the current block over to the file.
+  void finishBlock(long id) { (void)file_.writeBlock(id); }
+  void fillIn(const BlockRow& row);
+  // An empty block of `count` entries, of no more than `most` if that is less, becomes the current one.
+  void startBlock(const BlockRow& row, int count, std::int64_t most);
+  // False when the current block has no such entry.
+  bool writeOne(int index, int value) { return file_.currentBlock().setValue(0, index, value) == 1; }
+  bool writePair(int index, int first, int second) {
+    BINIO_BinaryBlock& block = file_.currentBlock();
+    return block.setValue(0, index, first) == 1 && block.setValue(1, index, second) == 1;
+  }
+  bool beginGroup(int group, int itemCount);
+  // The number of values of a line-to-face map is known at its last item only.
+  void writeItem(int first, int second);
+  void endGroups();
+  // True when the complete file stands at its name.
+  bool finish() { return file_.endWriting() == 1; }
+
+ private:
+  BINIO_BinaryFile file_;
+  std::vector<int> pending_;
+};
+
+}  // namespace orvmesh::dmpio

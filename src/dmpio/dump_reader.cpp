@@ -1,0 +1,114 @@
+#include "dmpio/dump_reader.h"
+
+namespace orvmesh::dmpio {
+
+int DumpReader::versionOf(const char* path) {
+  TextInput input;
+  if (path == nullptr || !input.open(path)) return -2;
+  const int first = input.peek();
+  if (first == '1') return TextSource::versionOf(input);
+  return first == '0' ? BlockSource::versionOf(path).value_or(-2) : -1;
+}
+
+int DumpReader::fail(int result, const std::string& why) {
+  error_ = why;
+  return result;
+}
+
+int DumpReader::begin(const char* path, Header header) {
+  error_.clear();
+  if (path == nullptr) return fail(0, "no file is named");
+  if (reading_) return fail(0, "cannot be read: another file is being read");
+  const int version = versionOf(path);
+  const bool isBlocks = encodingOf(version) == Encoding::Block;
+  const int result = isBlocks ? beginBlocks(path, header, version) : beginText(path, header, version);
+  if (result < 1) return result;
+  encoding_ = isBlocks ? Encoding::Block : Encoding::Text;
+  reading_ = true;
+  current_ = kHeaderId;
+  index_ = count_ = 0;
+  return result;
+}
+
+int DumpReader::beginText(const char* path, Header header, int version) {
+  if (!text_.open(path)) return fail(0, text_.errorText());
+  if (version == -2) return fail(0, "is no sound block file");
+  if (version == -1) return fail(-1, "is no mapping dump (one begins with the byte \"0\" or \"1\")");
+  if (!isSupported(version))
+    return fail(-1, "has version " + std::to_string(version) + " (legal: 1020, 1022, 1023, 2001 and above)");
+  return text_.readHeader(header) ? 1 : fail(0, "has no complete header");
+}
+
+int DumpReader::beginBlocks(const char* path, Header header, int version) {
+  if (!blocks_.open(path)) return fail(0, "is no sound block file");
+  if (blocks_.readHeader(header, version)) return 1;
+  blocks_.close();
+  return fail(0, "has no sound header block of " + std::to_string(headerValues(Encoding::Block, version)) +
+                     " values");
+}
+
+int DumpReader::end() {
+  if (!reading_) return 0;
+  reading_ = false;
+  index_ = count_ = 0;
+  if (encoding_ == Encoding::Text)
+    text_.close();
+  else
+    blocks_.close();
+  return 1;
+}
+
+bool DumpReader::open(const BlockRow& row, Header header) {
+  const auto count = encoding_ == Encoding::Text ? text_.openBlock(row, header) : blocks_.openBlock(row);
+  if (encoding_ == Encoding::Block && blocks_.isDamaged())
+    error_ = "is damaged: the checksum of block " + std::to_string(row.id) + " does not match";
+  if (!count) return false;
+  current_ = row.id;
+  count_ = *count;
+  index_ = 0;
+  itemIndex_ = 1;
+  itemCount_ = 0;
+  return true;
+}
+
+int DumpReader::readOne(Block block, Header header, int& value) {
+  if (const int result = seek(block, header); result < 1) return result;
+  const bool there = encoding_ == Encoding::Text ? text_.readOne(value) : blocks_.readOne(index_, value);
+  return there ? index_++ : kEndOfBlock;
+}
+
+int DumpReader::readPair(Block block, Header header, int& first, int& second) {
+  if (const int result = seek(block, header); result < 1) return result;
+  const bool there =
+      encoding_ == Encoding::Text ? text_.readPair(first, second) : blocks_.readPair(index_, first, second);
+  return there ? index_++ : kEndOfBlock;
+}
+
+bool DumpReader::beginGroup() {
+  const auto stored = encoding_ == Encoding::Text ? text_.readGroupCount() : blocks_.readGroupCount(index_);
+  if (!stored) return false;
+  // The block form stores twice the number of items. The text form stores the number itself and is halved all
+  // the same, as required: what follows the first half is taken for the next group.
+  itemCount_ = *stored / 2;
+  itemIndex_ = 0;
+  return true;
+}
+
+int DumpReader::readItem(Header header, bool& newGroup, int& itemCount, int& first, int& second) {
+  if (const int result = seek(kLineToFaceMap, header); result < 1) return result;
+  newGroup = itemIndex_ >= itemCount_;
+  if (newGroup && !beginGroup()) return kEndOfBlock;
+  const int group = index_;
+  const bool isEmpty = itemCount_ == 0;
+  if (!isEmpty) {
+    const bool there =
+        encoding_ == Encoding::Text ? text_.readItem(first, second) : blocks_.readItem(first, second);
+    if (!there) return kEndOfBlock;
+  }
+  if (isEmpty || itemIndex_ == itemCount_ - 1) ++index_;
+  ++itemIndex_;
+  itemCount = itemCount_;
+  return group;
+}
+
+}  // namespace orvmesh::dmpio

@@ -1,0 +1,185 @@
+#include "dmpio/dump_walk.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "base/failure.h"
+#include "dmpio/text_input.h"
+#include "platform/binio.h"
+
+namespace orvmesh::dmpio {
+namespace {
+
+class BlockWalk {
+ public:
+  BlockWalk(const std::string& path, DumpVisitor& visitor) : path_(path), visitor_(visitor) {}
+
+  void run() {
+    if (file_.beginReading(path_.c_str(), 0) < 1) throw Failure(path_, "is no sound block file");
+    for (int b = 0; b < kBlocks; ++b) walk(static_cast<Block>(b));
+  }
+
+ private:
+  [[noreturn]] void fail(const BlockRow& row, const std::string& what) const {
+    throw Failure(path_, "block " + std::to_string(row.id) + " (" + row.name + ") " + what);
+  }
+  void walk(Block block);
+  void walkGroups(const BlockRow& row);
+  std::int64_t sizeOf(int vector) {
+    return std::max<std::int64_t>(0, file_.currentBlock().getVectorSize('I', vector));
+  }
+  int valueAt(int vector, std::int64_t at) { return file_.currentBlock().getValue(vector, at); }
+
+  const std::string& path_;
+  DumpVisitor& visitor_;
+  BINIO_BinaryFile file_;
+};
+
+void BlockWalk::walk(Block block) {
+  const BlockRow& row = kBlockRows[block];
+  const int result = file_.readBlock(row.id);
+  if (result < 0) fail(row, "is damaged: its checksum does not match");
+  if (result == 0) return;
+  visitor_.beginBlock(block);
+  const std::int64_t count = sizeOf(0);
+  if (row.shape == Shape::Pair && sizeOf(1) != count)
+    fail(row, "has " + std::to_string(count) + " first and " + std::to_string(sizeOf(1)) + " second values");
+  if (row.shape == Shape::Groups)
+    walkGroups(row);
+  else if (row.shape == Shape::Pair)
+    for (std::int64_t i = 0; i < count; ++i) visitor_.pair(valueAt(0, i), valueAt(1, i));
+  else
+    for (std::int64_t i = 0; i < count; ++i) visitor_.one(valueAt(0, i));
+  visitor_.endBlock();
+}
+
+void BlockWalk::walkGroups(const BlockRow& row) {
+  std::int64_t at = 0;
+  for (std::int64_t group = 0; group < sizeOf(0); ++group) {
+    const int stored = valueAt(0, group);
+    if (stored < 0 || stored % 2 != 0 || stored > sizeOf(1) - at)
+      fail(row, "stores " + std::to_string(stored) + " values for line " + std::to_string(group) +
+                    " (legal: an even number of at most " + std::to_string(sizeOf(1) - at) + ")");
+    visitor_.beginGroup();
+    for (const std::int64_t end = at + stored; at < end; at += 2)
+      visitor_.pair(valueAt(1, at), valueAt(1, at + 1));
+    visitor_.endGroup();
+  }
+}
+
+class TextWalk {
+ public:
+  TextWalk(const std::string& path, DumpVisitor& visitor) : path_(path), visitor_(visitor) {}
+
+  void run();
+
+ private:
+  [[noreturn]] void fail(const BlockRow& row, std::int64_t entry, const char* what) const {
+    throw Failure(path_, std::string(row.name) + "[" + std::to_string(entry) + "] " + what);
+  }
+  std::optional<Block> blockOf(const Line& heading) const;
+  // True when an entry comes next: neither a heading nor the end.
+  bool hasEntry();
+  void walk(Block block);
+  void walkLine(const BlockRow& row, std::int64_t entry);
+  void walkGroup(const BlockRow& row, std::int64_t entry);
+
+  const std::string& path_;
+  DumpVisitor& visitor_;
+  TextInput input_;
+  BlockSet seen_ = 0;
+};
+
+std::optional<Block> TextWalk::blockOf(const Line& heading) const {
+  for (int b = 0; b < kBlocks; ++b) {
+    const BlockRow& row = kBlockRows[static_cast<std::size_t>(b)];
+    const std::string_view written = row.written.substr(0, row.written.size() - 1);
+    if (heading.contains(row.searched) || heading.contains(written)) return static_cast<Block>(b);
+  }
+  return std::nullopt;
+}
+
+bool TextWalk::hasEntry() {
+  int next = input_.peek();
+  for (; next == ' ' || ('\t' <= next && next <= '\r'); next = input_.peek()) input_.skipByte();
+  return next != '[' && next != -1;
+}
+
+void TextWalk::run() {
+  if (!input_.open(path_.c_str())) throw Failure(path_, input_.errorText());
+  Line line;
+  while (!line.contains(kHeaderHeading))
+    if (!input_.readLine(line)) return;
+  while (hasEntry()) input_.readLine(line);  // the header's numbers
+  while (input_.readLine(line) && !line.contains("[EOF]")) {
+    const auto block = blockOf(line);
+    if (!block) {
+      const auto text = line.text();
+      throw Failure(path_, "unknown heading " + std::string(text.substr(0, text.find_first_of("\r\n"))));
+    }
+    if ((seen_ & setOf(*block)) != 0) fail(kBlockRows[*block], 0, "begins the block a second time");
+    seen_ |= setOf(*block);
+    walk(*block);
+  }
+  if (!line.contains("[EOF]")) throw Failure(path_, "is cut off: it does not end with [EOF]");
+}
+
+void TextWalk::walk(Block block) {
+  const BlockRow& row = kBlockRows[block];
+  visitor_.beginBlock(block);
+  for (std::int64_t entry = 0; hasEntry(); ++entry) {
+    if (row.shape == Shape::Groups)
+      walkGroup(row, entry);
+    else
+      walkLine(row, entry);
+  }
+  visitor_.endBlock();
+}
+
+void TextWalk::walkLine(const BlockRow& row, std::int64_t entry) {
+  Line line;
+  int values[2];
+  const int wanted = row.shape == Shape::Pair ? 2 : 1;
+  if (!input_.readLine(line) || scanNumbers(line.text(), values, wanted) < wanted)
+    fail(row, entry, wanted == 2 ? "is not two 32-bit integers" : "is no 32-bit integer");
+  if (wanted == 2)
+    visitor_.pair(values[0], values[1]);
+  else
+    visitor_.one(values[0]);
+}
+
+void TextWalk::walkGroup(const BlockRow& row, std::int64_t entry) {
+  int count = 0;
+  if (!input_.readNumber(count) || count < 0) fail(row, entry, "does not begin with its number of items");
+  visitor_.beginGroup();
+  for (int i = 0; i < count; ++i) {
+    int first = 0;
+    int second = 0;
+    if (!input_.readNumber(first) || !input_.readNumber(second))
+      fail(row, entry, "has fewer items than it begins with");
+    visitor_.pair(first, second);
+  }
+  visitor_.endGroup();
+}
+
+}  // namespace
+
+DumpHeader readDumpHeader(const std::string& path) {
+  DMPIO_Manipulator_C dump;
+  if (dump.beginReading(path.c_str(), nullptr) < 1) throw Failure(path, dump.getErrorText());
+  DumpHeader header;
+  header.version = dump.m_HEADER_Version;
+  header.encoding = encodingOf(DMPIO_Manipulator_C::getFileVersion(path.c_str()));
+  for (int i = 0; i < headerValues(header.encoding, header.version); ++i)
+    header.values[static_cast<std::size_t>(i)] = dump.*Header::member(i);
+  return header;
+}
+
+void walkDump(const std::string& path, Encoding encoding, DumpVisitor& visitor) {
+  if (encoding == Encoding::Text)
+    TextWalk(path, visitor).run();
+  else
+    BlockWalk(path, visitor).run();
+}
+
+}  // namespace orvmesh::dmpio

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "dmpio/dump_reader.h"
+#include "dmpio/dump_writer.h"
+#include "dmpio/layout.h"
+
+namespace orvmesh::dmpio {
+
+// Runs the work; what it throws (an allocation that failed) becomes the result.
+template <class Work>
+int safely(int failure, Work work) {
+  try {
+    return work();
+  } catch (const std::exception&) {
+    return failure;
+  }
+}
+
+// The two sides of a manipulator and what its last begin, end or convert operation complained of.
+struct Sides {
+  DumpReader reader;
+  DumpWriter writer;
+  std::string error;
+
+  int readOne(Block block, Header header, int& value) {
+    return safely(-2, [&] { return reader.readOne(block, header, value); });
+  }
+  int readPair(Block block, Header header, int& first, int& second) {
+    return safely(-2, [&] { return reader.readPair(block, header, first, second); });
+  }
+  int writeOne(Block block, Header header, int value) {
+    return safely(kBlockRows[block].refusal, [&] { return writer.writeOne(block, header, value); });
+  }
+  int writePair(Block block, Header header, int first, int second) {
+    return safely(kBlockRows[block].refusal, [&] { return writer.writePair(block, header, first, second); });
+  }
+  // Copies from the file being read to the one being written: 1, or 0 when the source turned out damaged.
+  int copyBlocks(Header header);
+
+ private:
+  void copyBlock(Block block, Header header);
+};
+
+}  // namespace orvmesh::dmpio
