@@ -54,6 +54,10 @@ class ORVMESH_API COrvMeshFormatTransfer {
   // written); else 1 without channel material, 2 without part-insert material, 3 with both.
   int TransferMesh_CombinePIAndChannel(char* src, char* dst);
 
+  // Writes the mold elements as a CTG text mesh with faces and boundaries, for finite-volume programs. The
+  // counts of its passes go to standard output, whatever SetDebugLog says. Always 1.
+  int TransSolidOFEtoCTG(char* src, char* dst);
+
   // Computes the node types of a source without writing anything. mode goes to the platform's reader.
   void SetPartInsertMeshFilePath(char* src, int mode);
   // True when the source's header names at least one part-insert material.

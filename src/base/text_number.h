@@ -1,6 +1,7 @@
 #pragma once
 
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -10,20 +11,26 @@ namespace orvmesh {
 
 // Numbers to and from text without any locale. Every text reader and writer of the project goes through here.
 
-// Appends a decimal integer.
+// Bytes that any one number takes at most in writeInt and writeDefault.
+inline constexpr std::size_t kNumberRoom = 24;
+
+// Writes a decimal integer at a place with kNumberRoom bytes; the place behind it.
+template <class Int>
+char* writeInt(char* at, Int value) {
+  return std::to_chars(at, at + kNumberRoom, value).ptr;
+}
+// The same for a double as a default-formatted stream writes it: six significant digits, the shorter of fixed
+// and scientific.
+char* writeDefault(char* at, double value);
+
 template <class Int>
 void appendInt(std::string& out, Int value) {
-  char digits[24];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-  out.append(digits, end);
+  char digits[kNumberRoom];
+  out.append(digits, writeInt(digits, value));
 }
-
-// Appends a double as a default-formatted stream does: six significant digits, the shorter of fixed and
-// scientific.
 inline void appendDefault(std::string& out, double value) {
-  char digits[32];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6).ptr;
-  out.append(digits, end);
+  char digits[kNumberRoom];
+  out.append(digits, writeDefault(digits, value));
 }
 
 // Appends the shortest text that reads back as the same number.

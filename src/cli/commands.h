@@ -12,6 +12,7 @@ using Job = std::function<int()>;
 // Each subcommand adds itself to the application and, when chosen, sets the job.
 void addImport(CLI::App& app, Job& job);
 void addInfo(CLI::App& app, Job& job);
+void addCtg(CLI::App& app, Job& job);
 void addDump(CLI::App& app, Job& job);
 void addLoad(CLI::App& app, Job& job);
 void addCheck(CLI::App& app, Job& job);

@@ -15,7 +15,7 @@ constexpr int kWrongUsage = 2;
 void addSubcommands(CLI::App& app, Job& job) {
   using namespace orvmesh::cli;
   for (const auto add :
-       {addImport, addInfo, addCheck, addDump, addLoad, addExport, addTransfer, addDmp, addVariants})
+       {addImport, addInfo, addCheck, addDump, addLoad, addExport, addTransfer, addCtg, addDmp, addVariants})
     add(app, job);
 }
 

@@ -8,6 +8,7 @@
 #include "base/failure.h"
 #include "cli/commands.h"
 #include "cli/progress.h"
+#include "cli/transfer_report.h"
 
 namespace orvmesh::cli {
 namespace {
@@ -61,11 +62,6 @@ constexpr Entry kEntries[] = {
      "it has neither part-insert nor channel material (header field 18 or 17 must be at least 1)"},
 };
 
-void printLines(std::FILE* out, const std::string& before, const std::string& text) {
-  for (std::size_t at = 0, end = 0; (end = text.find('\n', at)) != std::string::npos; at = end + 1)
-    std::fprintf(out, "%s%s\n", before.c_str(), text.substr(at, end - at).c_str());
-}
-
 int transferMesh(const Entry& entry, Options options) {
   COrvMeshFormatTransfer transfer;
   transfer.SetStopOnRefusedSource(true);
@@ -76,15 +72,10 @@ int transferMesh(const Entry& entry, Options options) {
     const ProgressLine progress("transferring " + std::string(entry.name));
     result = entry.run(transfer, options.source, options.target);
   }
-  printLines(stderr, "orvmesh: " + options.source + ": warning: ", transfer.GetWarnings_Link());
-  const std::string error = transfer.GetErrorMessage_Link();
-  if (!error.empty()) {
-    std::fprintf(stderr, "orvmesh: %s\n", error.c_str());
-    return 1;
-  }
+  if (!reportTransfer(transfer, options.source)) return 1;
   if (result < 1) throw Failure(options.source, entry.nothingToDo);
   std::printf("%s: %s written (result %d)\n", entry.name, options.target.c_str(), result);
-  printLines(stdout, "  not in it: ", transfer.GetDropped_Link());
+  printDropped(transfer);
   return 0;
 }
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "transfer/ctg/ctg_export.h"
 #include "transfer/prepass/groups.h"
 #include "transfer/prepass/hot_runner.h"
 #include "transfer/prepass/inlets.h"
@@ -234,6 +235,16 @@ int COrvMeshFormatTransfer::TransferMesh_CombinePIAndChannel(char* src, char* ds
     calls.write(kPartInsertAndChannel, worker, dst);
     if (!channels) return 1;
     return inserts ? 3 : 2;
+  });
+}
+
+int COrvMeshFormatTransfer::TransSolidOFEtoCTG(char* src, char* dst) {
+  Calls calls{*this};
+  return calls.run(src, dst, 0, [&](COrvSolverMeshWriter& worker) {
+    const CtgOutcome outcome = exportCtg(worker, dst);
+    if (m_ErrorMessage.empty()) m_ErrorMessage = outcome.error;
+    m_Warnings += outcome.warnings;
+    return 1;
   });
 }
 
