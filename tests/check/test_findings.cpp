@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-
 #include "check/report.h"
 #include "check/small_mold.h"
 #include "check/variants.h"
