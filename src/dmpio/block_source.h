@@ -11,6 +11,20 @@ namespace orvmesh::dmpio {
 // The block form as it is read. Copies share the file and have a current block each.
 class BlockSource {
  public:
+  BlockSource() = default;
+  BlockSource(const BlockSource& other)
+      : file_(other.file_), damaged_(other.damaged_), cursor_(other.cursor_) {
+    aim();
+  }
+  BlockSource& operator=(const BlockSource& other) {
+    file_ = other.file_;
+    damaged_ = other.damaged_;
+    cursor_ = other.cursor_;
+    aim();
+    return *this;
+  }
+  ~BlockSource() = default;
+
   // The version in the header block, 0 when it cannot be read; nothing when the file is no block file.
   static std::optional<int> versionOf(const char* path);
 
@@ -24,14 +38,13 @@ class BlockSource {
   bool isDamaged() const { return damaged_; }
   bool readOne(int index, int& value) {
     if (index >= sizes_[0]) return false;
-    value = file_.currentBlock().getValue(0, index);
+    value = values_[0][index];
     return true;
   }
   bool readPair(int index, int& first, int& second) {
     if (index >= sizes_[0] || index >= sizes_[1]) return false;
-    const BINIO_BinaryBlock& block = file_.currentBlock();
-    first = block.getValue(0, index);
-    second = block.getValue(1, index);
+    first = values_[0][index];
+    second = values_[1][index];
     return true;
   }
   // Twice the number of items.
@@ -39,7 +52,11 @@ class BlockSource {
   bool readItem(int& first, int& second);
 
  private:
+  // Finds the current block's vectors anew.
+  void aim();
+
   BINIO_BinaryFile file_;
+  const std::int32_t* values_[2] = {};
   std::int64_t sizes_[2] = {0, 0};  // of the current block's two vectors; 0 for one that is not there
   bool damaged_ = false;
   std::int64_t cursor_ = 0;  // in vector 1 of the line-to-face map

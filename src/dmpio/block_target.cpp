@@ -4,9 +4,18 @@
 
 namespace orvmesh::dmpio {
 
+void BlockTarget::aim() {
+  BINIO_BinaryBlock& block = file_.currentBlock();
+  for (int i = 0; i < 2; ++i) {
+    values_[i] = block.setValues(i);
+    sizes_[i] = values_[i] == nullptr ? 0 : block.getVectorSize('I', i);
+  }
+}
+
 bool BlockTarget::open(const char* path) {
   // A file of its own: copies of this object may still write the one before.
   file_ = BINIO_BinaryFile();
+  aim();
   return file_.beginWriting(path) >= 1;
 }
 
@@ -16,11 +25,13 @@ void BlockTarget::writeHeader(Header header) {
   block.destroy();
   block.setVectorCount('I', 1);
   block.setVectorSize('I', 0, count);
-  for (int i = 0; i < count; ++i) block.setValue(0, i, header[i]);
+  aim();
+  for (int i = 0; i < count; ++i) values_[0][i] = header[i];
 }
 
 void BlockTarget::fillIn(const BlockRow& row) {
   file_.currentBlock().destroy();
+  aim();
   (void)file_.writeBlock(row.id);
 }
 
@@ -32,11 +43,11 @@ void BlockTarget::startBlock(const BlockRow& row, int count, std::int64_t most) 
   block.setVectorCount('I', row.shape == Shape::One ? 1 : 2);
   block.setVectorSize('I', 0, size);
   if (row.shape == Shape::Pair) block.setVectorSize('I', 1, size);
+  aim();
 }
 
 bool BlockTarget::beginGroup(int group, int itemCount) {
-  const auto stored = static_cast<std::int32_t>(2U * static_cast<unsigned>(itemCount));
-  return file_.currentBlock().setValue(0, group, stored) == 1;
+  return writeOne(group, static_cast<std::int32_t>(2U * static_cast<unsigned>(itemCount)));
 }
 
 void BlockTarget::writeItem(int first, int second) {
@@ -47,8 +58,8 @@ void BlockTarget::writeItem(int first, int second) {
 void BlockTarget::endGroups() {
   BINIO_BinaryBlock& block = file_.currentBlock();
   block.setVectorSize('I', 1, static_cast<std::int64_t>(pending_.size()));
-  for (std::size_t i = 0; i < pending_.size(); ++i)
-    block.setValue(1, static_cast<std::int64_t>(i), pending_[i]);
+  aim();
+  if (!pending_.empty()) std::copy(pending_.begin(), pending_.end(), values_[1]);
   pending_.clear();
 }
 

@@ -12,6 +12,16 @@ namespace orvmesh::dmpio {
 // share the file and have a current block each.
 class BlockTarget {
  public:
+  BlockTarget() = default;
+  BlockTarget(const BlockTarget& other) : file_(other.file_), pending_(other.pending_) { aim(); }
+  BlockTarget& operator=(const BlockTarget& other) {
+    file_ = other.file_;
+    pending_ = other.pending_;
+    aim();
+    return *this;
+  }
+  ~BlockTarget() = default;
+
   bool open(const char* path);
   // Makes the header the current block.
   void writeHeader(Header header);
@@ -21,10 +31,16 @@ class BlockTarget {
   // An empty block of `count` entries, of no more than `most` if that is less, becomes the current one.
   void startBlock(const BlockRow& row, int count, std::int64_t most);
   // False when the current block has no such entry.
-  bool writeOne(int index, int value) { return file_.currentBlock().setValue(0, index, value) == 1; }
+  bool writeOne(int index, int value) {
+    if (index >= sizes_[0]) return false;
+    values_[0][index] = value;
+    return true;
+  }
   bool writePair(int index, int first, int second) {
-    BINIO_BinaryBlock& block = file_.currentBlock();
-    return block.setValue(0, index, first) == 1 && block.setValue(1, index, second) == 1;
+    if (index >= sizes_[0] || index >= sizes_[1]) return false;
+    values_[0][index] = first;
+    values_[1][index] = second;
+    return true;
   }
   bool beginGroup(int group, int itemCount);
   // The number of values of a line-to-face map is known at its last item only.
@@ -34,8 +50,13 @@ class BlockTarget {
   bool finish() { return file_.endWriting() == 1; }
 
  private:
+  // Finds the current block's vectors anew.
+  void aim();
+
   BINIO_BinaryFile file_;
   std::vector<int> pending_;
+  std::int32_t* values_[2] = {};
+  std::int64_t sizes_[2] = {0, 0};
 };
 
 }  // namespace orvmesh::dmpio

@@ -1,8 +1,13 @@
 #include "platform/binio.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <exception>
+#include <memory>
+#include <new>
+#include <span>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "embedded/block_reader.h"
@@ -12,13 +17,68 @@ using orvmesh::embedded::BlockEntry;
 using orvmesh::embedded::BlockReader;
 using orvmesh::embedded::BlockWriter;
 
+namespace {
+
+struct Free {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+// Values in place of a mapped file until they are changed, else memory of its own. Copies share nothing that
+// can be changed.
+template <class T>
+class Column {
+ public:
+  using Value = T;
+  Column() = default;
+  Column(std::span<const T> values, std::shared_ptr<const void> file)
+      : view_(values), file_(std::move(file)) {}
+  Column(const Column& other) : view_(other.view_), file_(other.file_) {
+    if (other.owned_) own(other.size());
+  }
+  Column& operator=(const Column& other) {
+    Column copy(other);
+    std::swap(*this, copy);
+    return *this;
+  }
+  Column(Column&&) noexcept = default;
+  Column& operator=(Column&&) noexcept = default;
+  ~Column() = default;
+
+  std::size_t size() const { return view_.size(); }
+  const T* data() const { return view_.data(); }
+  T* change() {
+    if (!owned_) own(size());
+    return owned_.get();
+  }
+  // Keeps values and zeroes new ones.
+  void resize(std::size_t size) { own(size); }
+
+ private:
+  // Untouched pages of new memory cost nothing until they are written.
+  void own(std::size_t size) {
+    std::unique_ptr<T[], Free> memory(
+        static_cast<T*>(std::calloc(std::max<std::size_t>(size, 1), sizeof(T))));
+    if (!memory) throw std::bad_alloc();
+    std::copy_n(view_.data(), std::min(size, view_.size()), memory.get());
+    owned_ = std::move(memory);
+    file_.reset();
+    view_ = {owned_.get(), size};
+  }
+
+  std::span<const T> view_;
+  std::shared_ptr<const void> file_;
+  std::unique_ptr<T[], Free> owned_;
+};
+
+}  // namespace
+
 // The vectors of each type, in the order in which their columns lie in a block.
 struct BINIO_BinaryBlock::Vectors {
-  std::vector<std::vector<std::int32_t>> ints;
-  std::vector<std::vector<std::int64_t>> longs;
-  std::vector<std::vector<float>> floats;
-  std::vector<std::vector<double>> doubles;
-  std::vector<std::vector<char>> bytes;
+  std::vector<Column<std::int32_t>> ints;
+  std::vector<Column<std::int64_t>> longs;
+  std::vector<Column<float>> floats;
+  std::vector<Column<double>> doubles;
+  std::vector<Column<char>> bytes;
 
   // Calls visit(type, list) for each type.
   template <class Self, class Visit>
@@ -57,7 +117,8 @@ int BINIO_BinaryBlock::setVectorCount(char type, int count) {
   int result = 0;
   Vectors::forEachType(*vectors_, [&](char listType, auto& list) {
     if (listType != type || count < 0 || count > static_cast<int>(orvmesh::embedded::kMaxColumns)) return;
-    list.assign(static_cast<std::size_t>(count), {});
+    list.clear();
+    list.resize(static_cast<std::size_t>(count));
     result = 1;
   });
   return result;
@@ -88,18 +149,30 @@ std::int64_t BINIO_BinaryBlock::getVectorSize(char type, int index) const {
 int BINIO_BinaryBlock::setValue(int index, std::int64_t position, std::int32_t value) {
   auto& ints = vectors_->ints;
   if (!isIn(index, ints.size()) || !isIn(position, ints[static_cast<std::size_t>(index)].size())) return 0;
-  ints[static_cast<std::size_t>(index)][static_cast<std::size_t>(position)] = value;
+  ints[static_cast<std::size_t>(index)].change()[position] = value;
   return 1;
 }
 
 std::int32_t BINIO_BinaryBlock::getValue(int index, std::int64_t position) const {
   const auto& ints = vectors_->ints;
   if (!isIn(index, ints.size()) || !isIn(position, ints[static_cast<std::size_t>(index)].size())) return 0;
-  return ints[static_cast<std::size_t>(index)][static_cast<std::size_t>(position)];
+  return ints[static_cast<std::size_t>(index)].data()[position];
+}
+
+std::int32_t* BINIO_BinaryBlock::setValues(int index) {
+  auto& ints = vectors_->ints;
+  if (!isIn(index, ints.size()) || ints[static_cast<std::size_t>(index)].size() == 0) return nullptr;
+  return ints[static_cast<std::size_t>(index)].change();
+}
+
+const std::int32_t* BINIO_BinaryBlock::getValues(int index) const {
+  const auto& ints = vectors_->ints;
+  if (!isIn(index, ints.size()) || ints[static_cast<std::size_t>(index)].size() == 0) return nullptr;
+  return ints[static_cast<std::size_t>(index)].data();
 }
 
 struct BINIO_BinaryFile::Files {
-  std::unique_ptr<BlockReader> reader;
+  std::shared_ptr<BlockReader> reader;  // shared with the values that are used in place
   std::unique_ptr<BlockWriter> writer;
   std::vector<long> written;
 };
@@ -113,7 +186,7 @@ BINIO_BinaryBlock& BINIO_BinaryFile::currentBlock() { return readBlock_; }
 
 int BINIO_BinaryFile::beginReading(const char* path, int) {
   if (path == nullptr || files_->reader) return 0;
-  auto reader = std::make_unique<BlockReader>();
+  auto reader = std::make_shared<BlockReader>();
   if (!reader->open(path)) return 0;
   files_->reader = std::move(reader);
   return 1;
@@ -130,9 +203,8 @@ int BINIO_BinaryFile::readBlock(long id) {
   BINIO_BinaryBlock::Vectors::forEachType(readBlock_.vectors(), [&](char type, auto& list) {
     for (std::size_t i = 0; i < block->columns.size(); ++i) {
       if (block->columns[i].type != static_cast<std::uint32_t>(type)) continue;
-      using Value = typename std::remove_reference_t<decltype(list)>::value_type::value_type;
-      const auto values = reader.values<Value>(*block, i);
-      list.emplace_back(values.begin(), values.end());
+      using Value = typename std::remove_reference_t<decltype(list)>::value_type::Value;
+      list.emplace_back(reader.values<Value>(*block, i), files_->reader);
     }
   });
   return 1;
@@ -165,7 +237,7 @@ int BINIO_BinaryFile::writeBlock(long id) {
   BINIO_BinaryBlock::Vectors::forEachType(readBlock_.vectors(), [&writer](char type, const auto& list) {
     for (const auto& values : list) {
       writer.beginColumn(type);
-      writer.append(values.data(), values.size() * sizeof values[0]);
+      writer.append(values.data(), values.size() * sizeof *values.data());
     }
   });
   writer.endBlock();

@@ -28,10 +28,17 @@ void BlockWriter::append(const void* bytes, std::size_t size) {
   columnSize_ += size;
 }
 
+// In pieces that are still in the cache when they are written.
 void BlockWriter::put(const void* bytes, std::size_t size) {
-  if (size == 0) return;
-  checksum_.add(bytes, size);
-  (void)file_.append(bytes, size);
+  constexpr std::size_t kPiece = std::size_t{1} << 18;
+  const char* next = static_cast<const char*>(bytes);
+  while (size > 0) {
+    const std::size_t piece = std::min(size, kPiece);
+    checksum_.add(next, piece);
+    (void)file_.append(next, piece);
+    next += piece;
+    size -= piece;
+  }
 }
 
 void BlockWriter::endColumn() {

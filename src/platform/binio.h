@@ -23,6 +23,10 @@ class BINIO_BinaryBlock {
   // A value of an 'I' vector. Setting returns 1 or 0; getting a value that is not there gives 0.
   int setValue(int index, std::int64_t position, std::int32_t value);
   std::int32_t getValue(int index, std::int64_t position) const;
+  // The values of an 'I' vector, null when there is no such vector or it is empty. Valid until the block is
+  // emptied, read into or written into again, or the vector is resized.
+  std::int32_t* setValues(int index);
+  const std::int32_t* getValues(int index) const;
 
   struct Vectors;
   Vectors& vectors() { return *vectors_; }
