@@ -1,11 +1,13 @@
 #!/usr/bin/python3
-"""Imports a mold, makes all six solver meshes with the orvmesh command, checks them and prints what they hold.
+"""Imports a mold, makes all six solver meshes and the CTG export with the orvmesh command, checks them and prints what
+they hold.
 
 Usage: demo_summary.py ORVMESH MESH.msh OUTPUT_FOLDER
 
 Each file must pass `orvmesh check`. The files are read with read_ofe.py, and every block of each solver mesh is compared entry by entry with what
 expected_blocks.py and expected_tables.py work out from the imported mesh. Exit code 1 when anything differs.
 """
+import json
 import os
 import re
 import subprocess
@@ -122,6 +124,16 @@ def check_with_command(orvmesh, path, *options):
         yield f"orvmesh check: exit code {done.returncode}\n{done.stdout}{done.stderr}"
 
 
+def export_ctg(orvmesh, component, path):
+    """The export, read back and checked by the command. Complaints."""
+    run(orvmesh, "ctg", component, path)
+    found = json.loads(run(orvmesh, "info", "--json", path)[0])
+    boundaries = found["boundaries"]
+    print(f"CTG export: {found['elements']} elements, {found['faces']['all']} faces, on boundaries " +
+          ", ".join(f"{name}: {boundary['faces']}" for name, boundary in boundaries.items()) + "\n")
+    return [f"{path}: no face is on the part"] if boundaries["plastic"]["faces"] == 0 else []
+
+
 def print_table(head, rows, left):
     """left: places of the columns that stand at the left edge."""
     widths = [max(map(len, column)) for column in zip(head, *rows)]
@@ -163,6 +175,7 @@ def main(orvmesh, mesh, folder):
     head = ["variant", "result", "nodes", "plastic", "mold base", "channel", "surfaces by interface", "conditions", "time"]
     print_table(head, rows, (0, 6))
     print_table(["entries of", *meshes], list(block_rows(meshes.values())), (0,))
+    complaints += export_ctg(orvmesh, component, os.path.join(folder, "mold.ctg"))
     for text in complaints:
         print(f"demo: {text}", file=sys.stderr)
     if complaints:

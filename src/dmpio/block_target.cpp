@@ -26,7 +26,7 @@ void BlockTarget::writeHeader(Header header) {
   block.setVectorCount('I', 1);
   block.setVectorSize('I', 0, count);
   aim();
-  for (int i = 0; i < count; ++i) values_[0][i] = header[i];
+  for (int i = 0; i < count && i < sizes_[0]; ++i) values_[0][i] = header[i];
 }
 
 void BlockTarget::fillIn(const BlockRow& row) {
@@ -35,15 +35,16 @@ void BlockTarget::fillIn(const BlockRow& row) {
   (void)file_.writeBlock(row.id);
 }
 
-void BlockTarget::startBlock(const BlockRow& row, int count, std::int64_t most) {
+bool BlockTarget::startBlock(const BlockRow& row, int count, std::int64_t most) {
   BINIO_BinaryBlock& block = file_.currentBlock();
   const auto size = std::clamp<std::int64_t>(count, 0, most);
   block.destroy();
   pending_.clear();
   block.setVectorCount('I', row.shape == Shape::One ? 1 : 2);
-  block.setVectorSize('I', 0, size);
-  if (row.shape == Shape::Pair) block.setVectorSize('I', 1, size);
+  bool fits = block.setVectorSize('I', 0, size) == 1;
+  if (row.shape == Shape::Pair) fits = block.setVectorSize('I', 1, size) == 1 && fits;
   aim();
+  return fits;
 }
 
 bool BlockTarget::beginGroup(int group, int itemCount) {
@@ -55,12 +56,13 @@ void BlockTarget::writeItem(int first, int second) {
   pending_.push_back(second);
 }
 
-void BlockTarget::endGroups() {
-  BINIO_BinaryBlock& block = file_.currentBlock();
-  block.setVectorSize('I', 1, static_cast<std::int64_t>(pending_.size()));
+bool BlockTarget::endGroups() {
+  const bool fits =
+      file_.currentBlock().setVectorSize('I', 1, static_cast<std::int64_t>(pending_.size())) == 1;
   aim();
-  if (!pending_.empty()) std::copy(pending_.begin(), pending_.end(), values_[1]);
+  if (fits && !pending_.empty()) std::copy(pending_.begin(), pending_.end(), values_[1]);
   pending_.clear();
+  return fits;
 }
 
 }  // namespace orvmesh::dmpio

@@ -28,8 +28,9 @@ class BlockTarget {
   // Hands the current block over to the file.
   void finishBlock(long id) { (void)file_.writeBlock(id); }
   void fillIn(const BlockRow& row);
-  // An empty block of `count` entries, of no more than `most` if that is less, becomes the current one.
-  void startBlock(const BlockRow& row, int count, std::int64_t most);
+  // An empty block of `count` entries, of no more than `most` if that is less, becomes the current one. False
+  // when the memory does not hold it.
+  bool startBlock(const BlockRow& row, int count, std::int64_t most);
   // False when the current block has no such entry.
   bool writeOne(int index, int value) {
     if (index >= sizes_[0]) return false;
@@ -45,7 +46,8 @@ class BlockTarget {
   bool beginGroup(int group, int itemCount);
   // The number of values of a line-to-face map is known at its last item only.
   void writeItem(int first, int second);
-  void endGroups();
+  // False when the memory does not hold them.
+  bool endGroups();
   // True when the complete file stands at its name.
   bool finish() { return file_.endWriting() == 1; }
 

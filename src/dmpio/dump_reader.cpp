@@ -22,7 +22,10 @@ int DumpReader::begin(const char* path, Header header) {
   const int version = versionOf(path);
   const bool isBlocks = encodingOf(version) == Encoding::Block;
   const int result = isBlocks ? beginBlocks(path, header, version) : beginText(path, header, version);
-  if (result < 1) return result;
+  if (result < 1) {
+    if (!isBlocks) text_.close();
+    return result;
+  }
   encoding_ = isBlocks ? Encoding::Block : Encoding::Text;
   reading_ = true;
   current_ = kHeaderId;

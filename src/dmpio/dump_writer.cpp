@@ -25,6 +25,7 @@ int DumpWriter::begin(const char* path, int version, Header header, std::int64_t
     blocks_.writeHeader(header);
   writing_ = true;
   mostEntries_ = mostEntries;
+  outOfMemory_ = false;
   current_ = kHeaderId;
   count_ = 0;
   return 1;
@@ -37,6 +38,10 @@ int DumpWriter::end() {
   fillSkipped(kAfterLastId);
   writing_ = false;
   count_ = 0;
+  if (outOfMemory_) {
+    blocks_ = {};
+    return fail(0, "cannot be completed: out of memory");
+  }
   if (isText() ? text_.finish() : blocks_.finish()) return 1;
   const bool hasReason = isText() && !text_.errorText().empty();
   return fail(0, hasReason ? text_.errorText() : "cannot be completed");
@@ -71,7 +76,7 @@ bool DumpWriter::start(Block block, Header header) {
   } else {
     count_ = header[row.blockCount];
     written_ |= row.alsoMarksInBlockForm;
-    blocks_.startBlock(row, count_, mostEntries_);
+    if (!blocks_.startBlock(row, count_, mostEntries_)) outOfMemory_ = true;
   }
   return true;
 }
@@ -109,7 +114,7 @@ void DumpWriter::endGroup() {
   if (isText())
     text_.endGroup();
   else if (index_ == count_)
-    blocks_.endGroups();
+    outOfMemory_ = !blocks_.endGroups() || outOfMemory_;
 }
 
 int DumpWriter::writeItem(Header header, bool newGroup, int itemCount, int first, int second) {

@@ -47,6 +47,7 @@ class DumpWriter {
   std::int64_t itemIndex_ = 0;
   int itemCount_ = 0;
   std::int64_t mostEntries_ = 0;
+  bool outOfMemory_ = false;  // a block did not fit: the file is given up at the end
   std::string error_;
 };
 

@@ -36,8 +36,7 @@ class Column {
     if (other.owned_) own(other.size());
   }
   Column& operator=(const Column& other) {
-    Column copy(other);
-    std::swap(*this, copy);
+    if (this != &other) *this = Column(other);
     return *this;
   }
   Column(Column&&) noexcept = default;
@@ -197,9 +196,9 @@ int BINIO_BinaryFile::readBlock(long id) {
   BlockReader& reader = *files_->reader;
   const BlockEntry* const block = reader.find(id);
   if (block == nullptr) return 0;
-  readBlock_.destroy();
   for (std::size_t i = 0; i < block->columns.size(); ++i)
     if (!reader.verify(*block, i)) return -1;
+  readBlock_.destroy();
   BINIO_BinaryBlock::Vectors::forEachType(readBlock_.vectors(), [&](char type, auto& list) {
     for (std::size_t i = 0; i < block->columns.size(); ++i) {
       if (block->columns[i].type != static_cast<std::uint32_t>(type)) continue;

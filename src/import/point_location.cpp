@@ -192,7 +192,7 @@ std::int64_t nearestPartFace(const VolumeMesh& volumes, const Surfaces& surfaces
   const float* xyz = volumes.mesh().xyz.data();
   double least = kFar;
   std::int64_t nearest = -1;
-  for (std::size_t k = 0; k < surfaces.end(1); ++k) {
+  for (std::size_t k = surfaces.begin(1); k < surfaces.end(1); ++k) {
     const auto& n = surfaces.faces[k].nodes;
     const Vector p[4] = {pointOf(xyz, n[0]) - point, pointOf(xyz, n[1]) - point, pointOf(xyz, n[2]) - point,
                          pointOf(xyz, n[3]) - point};

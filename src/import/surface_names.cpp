@@ -35,11 +35,14 @@ class Placing {
     for (std::size_t k = 0; k < roles_.bcNames.size(); ++k)
       eachGroup(k, [&](const Group& group) { giveToSets(group, static_cast<std::int32_t>(k) + 1); });
     listFaces();
+    // Where part and mold have a face there, it is the part's.
+    for (std::size_t k = surfaces_.begin(1); k < surfaces_.end(1); ++k) claimFaces(k);
+    for (std::size_t k = 0; k < surfaces_.faces.size(); ++k) claimFaces(k);
     for (std::size_t k = 0; k < surfaces_.faces.size(); ++k) placeOn(k);
     for (std::size_t k = 0; k < roles_.bcNames.size(); ++k)
       eachGroup(k, [&](const Group& group) { requireCarrier(group, k); });
     result_.facesWithout = static_cast<std::uint64_t>(
-        std::count_if(faces_.begin(), faces_.end(), [](const Face& face) { return !face.found; }));
+        std::count_if(faces_.begin(), faces_.end(), [](const Face& face) { return face.surface < 0; }));
     return std::move(result_);
   }
 
@@ -47,7 +50,7 @@ class Placing {
   struct Face {
     FaceNodes nodes;
     std::uint32_t set;
-    bool found;
+    std::int64_t surface;  // that carries its names, -1 for none
   };
 
   template <class Use>
@@ -90,7 +93,7 @@ class Placing {
       const bool triangle = run.type->shape == Shape::triangle;
       for (std::uint32_t k = 0; k < run.count; ++k) {
         const auto* nodes = mesh_.cornersOfElement(run, k);
-        faces_.push_back({sortedNodes(nodes, triangle), run.set, false});
+        faces_.push_back({sortedNodes(nodes, triangle), run.set, -1});
         for (int c = 0; c < (triangle ? 3 : 4); ++c) hasFace_[static_cast<std::size_t>(nodes[c])] = 1;
       }
     }
@@ -101,25 +104,25 @@ class Placing {
     faces_.erase(std::unique(faces_.begin(), faces_.end(), isSame), faces_.end());
   }
 
-  // Surfaces come by interface: the part's meets a face before the mold's.
-  std::span<Face> takeFaces(const Surface& surface) {
+  std::span<Face> facesAt(const Surface& surface) {
     for (const auto node : surface.nodes)
       if (hasFace_[static_cast<std::size_t>(node)] == 0) return {};
-    const Face key{sortedNodes(surface.nodes, surface.nodes[2] == surface.nodes[3]), 0, false};
+    const Face key{sortedNodes(surface.nodes, surface.nodes[2] == surface.nodes[3]), 0, -1};
     const auto [first, last] = std::equal_range(
         faces_.begin(), faces_.end(), key, [](const Face& a, const Face& b) { return a.nodes < b.nodes; });
-    if (first == last || first->found) return {};
     return {first, last};
+  }
+  void claimFaces(std::size_t k) {
+    for (auto& face : facesAt(surfaces_.faces[k]))
+      if (face.surface < 0) face.surface = static_cast<std::int64_t>(k);
   }
 
   void placeOn(std::size_t k) {
     const auto& surface = surfaces_.faces[k];
     const auto begin = static_cast<std::ptrdiff_t>(result_.names.size());
     addNamesOf(volumes_.runOf(surface.element).set);
-    for (auto& face : takeFaces(surface)) {
-      face.found = true;
-      addNamesOf(face.set);
-    }
+    for (const auto& face : facesAt(surface))
+      if (face.surface == static_cast<std::int64_t>(k)) addNamesOf(face.set);
     const auto list = result_.names.begin() + begin;
     if (list == result_.names.end()) return;
     std::sort(list, result_.names.end());

@@ -15,13 +15,20 @@ constexpr std::int32_t kPlain = 0, kAgainstMold = 1, kCommonGate = 4, kMeltInlet
 constexpr std::uint32_t kPartTag = 1, kMeltInletTag = 8;
 constexpr std::uint32_t kCommonGateBits = 0b011, kHotColdGateBits = 0b110;
 
+// Mold faces come before those of part and channels: readers who let a later surface decide over a node then
+// see the part and the channels, not the mold behind them.
+constexpr int kInterfaceAt[] = {2, 1, 3, 4};
+constexpr std::uint64_t placeOf(int interfaceId) {
+  return interfaceId == 2 ? 0 : interfaceId == 1 ? 1 : interfaceId - 1;
+}
+
 // A surface to be: its owner's face and what lies behind it.
 struct Entry {
-  std::uint64_t key;    // interface, owner, face: their order
+  std::uint64_t key;    // place of the interface, owner, face: their order
   std::int32_t behind;  // element, -1 for none
   std::int32_t owner() const { return static_cast<std::int32_t>(key >> 3 & 0xFFFFFFFF); }
   std::uint8_t face() const { return key & 7; }
-  int interfaceId() const { return static_cast<int>(key >> 60); }
+  int interfaceId() const { return kInterfaceAt[key >> 60]; }
 };
 
 // The element on one side of a face with its run and component.
@@ -70,8 +77,7 @@ class Listing {
   }
   void add(int interfaceId, const ElementFace& owner, const ElementFace& behind) {
     if (interfaceId == 0) return;
-    entries_.push_back({static_cast<std::uint64_t>(interfaceId) << 60 |
-                            static_cast<std::uint64_t>(owner.element) << 3 |
+    entries_.push_back({placeOf(interfaceId) << 60 | static_cast<std::uint64_t>(owner.element) << 3 |
                             static_cast<std::uint64_t>(owner.face),
                         behind.element});
   }
@@ -211,12 +217,12 @@ void refuseShared(const VolumeMesh& volumes, const FaceMatches& matches) {
 
 }  // namespace
 
-std::size_t Surfaces::begin(int interfaceId) const {
-  return static_cast<std::size_t>(
-      std::partition_point(faces.begin(), faces.end(),
-                           [interfaceId](const Surface& face) { return face.interfaceId < interfaceId; }) -
-      faces.begin());
+std::size_t Surfaces::firstAt(std::uint64_t place) const {
+  const auto isBefore = [place](const Surface& face) { return placeOf(face.interfaceId) < place; };
+  return static_cast<std::size_t>(std::partition_point(faces.begin(), faces.end(), isBefore) - faces.begin());
 }
+std::size_t Surfaces::begin(int interfaceId) const { return firstAt(placeOf(interfaceId)); }
+std::size_t Surfaces::end(int interfaceId) const { return firstAt(placeOf(interfaceId) + 1); }
 
 Surfaces deriveSurfaces(const VolumeMesh& volumes, NamedFaces& named) {
   const auto matches = matchFaces(blocksOf(volumes), volumes.mesh().nodeCount());

@@ -22,14 +22,17 @@ struct Surface {
 };
 
 struct Surfaces {
-  std::vector<Surface> faces;  // by interface, owner, face
+  std::vector<Surface> faces;  // by interface (2, 1, 3, 4), owner, face
   std::uint64_t overlaps = 0;
   std::uint64_t partOnMold = 0;  // part and hot-runner faces with a mold element behind them
   std::uint64_t gates = 0;
   std::uint64_t meltInlets = 0;
   // Positions of the faces of an interface 1..4.
   std::size_t begin(int interfaceId) const;
-  std::size_t end(int interfaceId) const { return begin(interfaceId + 1); }
+  std::size_t end(int interfaceId) const;
+
+ private:
+  std::size_t firstAt(std::uint64_t place) const;
 };
 
 // The boundary of the volume mesh as component surfaces. End codes of channel ends are set for named ends

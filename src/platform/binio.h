@@ -49,7 +49,7 @@ class BINIO_BinaryFile {
   BINIO_BinaryBlock& currentBlock();
 
   int beginReading(const char* path, int mode);  // 1, or 0 when it is no sound block file; mode is not used
-  int readBlock(long id);                        // 1; 0 no such block or nothing open; -1 damaged
+  int readBlock(long id);  // 1; 0 no such block or nothing open; -1 damaged: the current block then stays
   int endReading();
 
   int beginWriting(const char* path);  // 1, or 0 when the target cannot be created

@@ -241,7 +241,7 @@ int COrvMeshFormatTransfer::TransferMesh_CombinePIAndChannel(char* src, char* ds
 int COrvMeshFormatTransfer::TransSolidOFEtoCTG(char* src, char* dst) {
   Calls calls{*this};
   return calls.run(src, dst, 0, [&](COrvSolverMeshWriter& worker) {
-    const CtgOutcome outcome = exportCtg(worker, dst);
+    const CtgOutcome outcome = exportCtg(worker, dst == nullptr ? "" : dst);
     if (m_ErrorMessage.empty()) m_ErrorMessage = outcome.error;
     m_Warnings += outcome.warnings;
     return 1;

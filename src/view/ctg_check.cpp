@@ -38,12 +38,14 @@ class Checker {
   explicit Checker(const CtgMesh& mesh)
       : mesh_(mesh),
         sourceNode_(static_cast<std::size_t>(mesh.counts[kCtgNodes]) + 1),
-        owners_(mesh.faces.size() + 1) {}
+        owners_(mesh.faces.size() + 1),
+        lastOwner_(mesh.faces.size() + 1) {}
 
   CtgSummary check() {
     for (std::size_t e = 0; e < mesh_.property.size(); ++e) element(e);
     if (made_ != mesh_.counts[kCtgFaces]) fail("face " + number(made_ + 1) + " belongs to no element");
     checkNumbering();
+    checkBoundaries();
     return summary();
   }
 
@@ -83,6 +85,9 @@ class Checker {
       fail(nameOf(e, j) + " is " + number(entry) + ", which no element before it has made");
     if (entry > 0) ++made_;
     const auto face = static_cast<std::size_t>(std::abs(entry));
+    // A collapsed element may have one face twice.
+    if (lastOwner_[face] == static_cast<std::int32_t>(e) + 1) return;
+    lastOwner_[face] = static_cast<std::int32_t>(e) + 1;
     if (++owners_[face] > 2)
       fail("face " + number(std::abs(entry)) + " belongs to a third element, number " +
            number(static_cast<std::int64_t>(e) + 1) + " (legal: one or two)");
@@ -131,6 +136,28 @@ class Checker {
     }
   }
 
+  // A node or a face lies on one boundary at most; the plastic faces are listed twice.
+  void checkBoundaries() const {
+    using Lists = std::array<const std::vector<CtgBoundaryEntry>*, 3>;
+    const auto checkLists = [this](const char* what, std::size_t count, const Lists& lists) {
+      std::vector<bool> typed(count + 1);
+      for (const auto* list : lists)
+        for (const CtgBoundaryEntry& entry : *list) {
+          if (entry.entity != 0 && typed[static_cast<std::size_t>(entry.entity)])
+            fail(std::string(what) + " " + number(entry.entity) + " is on two boundaries (legal: one)");
+          typed[static_cast<std::size_t>(entry.entity)] = true;
+        }
+    };
+    checkLists("node", sourceNode_.size(), {&mesh_.plasticNodes, &mesh_.coolNodes, &mesh_.airNodes});
+    checkLists("face", owners_.size(), {&mesh_.plasticFaces, &mesh_.coolFaces, &mesh_.airFaces});
+    const auto isSame = [](const CtgBoundaryEntry& a, const CtgBoundaryEntry& b) {
+      return a.entity == b.entity;
+    };
+    if (!std::equal(mesh_.plasticFaces.begin(), mesh_.plasticFaces.end(), mesh_.ofePlasticFaces.begin(),
+                    mesh_.ofePlasticFaces.end(), isSame))
+      fail("[OFE Plastic Boundary Face] differs from [Plastic Boundary Face]");
+  }
+
   Vector at(std::int32_t node) const {
     const double* p = mesh_.xyz.data() + 3 * (static_cast<std::size_t>(node) - 1);
     return {p[0], p[1], p[2]};
@@ -163,6 +190,7 @@ class Checker {
   const CtgMesh& mesh_;
   std::vector<std::int32_t> sourceNode_;  // by [Node] number: the number that faces use
   std::vector<std::uint8_t> owners_;      // elements of each face
+  std::vector<std::int32_t> lastOwner_;
   std::int32_t made_ = 0;
 };
 

@@ -15,14 +15,14 @@ constexpr std::size_t kBuffer = std::size_t{1} << 18;
 constexpr std::size_t kLongestLine = 4096;
 constexpr std::size_t kMostShown = 40;
 
-// A piece of a line as an error message shows it.
+}  // namespace
+
 std::string shown(std::string_view text) {
   std::string out = "\"";
-  for (const char c : text.substr(0, kMostShown)) out += ' ' <= c && c <= '~' ? c : '?';
+  for (const char c : text.substr(0, kMostShown))
+    out += c == '\r' ? "\\r" : std::string(1, ' ' <= c && c <= '~' ? c : '?');
   return out + (text.size() > kMostShown ? "...\"" : "\"");
 }
-
-}  // namespace
 
 CtgLines::CtgLines(const std::string& path)
     : path_(path),

@@ -31,6 +31,9 @@ class CtgLines {
   std::int64_t number_ = 0;
 };
 
+// A piece of a line as an error message shows it.
+std::string shown(std::string_view text);
+
 // The numbers of one line: "k = " and the others behind it.
 class CtgNumbers {
  public:

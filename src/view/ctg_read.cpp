@@ -74,7 +74,8 @@ class Reader {
     return found;
   }
   void expect(const std::string& legal) {
-    if (line(legal) != legal) lines_.fail("is something else than " + legal);
+    if (const std::string_view found = line(legal); found != legal)
+      lines_.fail("is " + shown(found) + " (legal: " + legal + ")");
   }
 
   void header() {
@@ -82,10 +83,10 @@ class Reader {
     for (const HeaderLine& wanted : kHeader) {
       const std::string key = std::string(wanted.key) + " = ";
       const std::string_view found = line(key + "...");
-      if (!found.starts_with(key)) lines_.fail("is something else than " + key + "...");
+      if (!found.starts_with(key)) lines_.fail("is " + shown(found) + " (legal: " + key + "...)");
       const std::string_view value = found.substr(key.size());
       if (wanted.value != nullptr && value != wanted.value)
-        lines_.fail("is something else than " + key + wanted.value);
+        lines_.fail("is " + shown(found) + " (legal: " + key + wanted.value + ")");
       if (wanted.count == kCtgCounts) continue;
       const auto count = parseNumber<std::int32_t>(value);
       if (!count || *count < 0) lines_.fail(key + "is no count (legal: 0 to 2147483647)");
@@ -153,20 +154,31 @@ class Reader {
     mesh_.faces.push_back(nodes);
   }
 
+  // Boundary nodes without a number (0) may stand anywhere.
+  static void expectAscending(const CtgNumbers& line, std::int32_t& last, std::int32_t entity) {
+    if (entity == 0) return;
+    if (entity <= last)
+      line.fail("names " + std::to_string(entity) + " behind " + std::to_string(last) +
+                " (legal: ascending numbers)");
+    last = entity;
+  }
+
   void boundaries() {
     // The header counts surface elements in the place of boundary nodes, so that these sizes say nothing.
     const auto entries = [this](const char* name, CtgCount count, std::vector<CtgBoundaryEntry>& list,
                                 std::int64_t least, std::int64_t most, std::int64_t lastBoundary) {
-      section(name, count, [&list, least, most, lastBoundary](CtgNumbers& line) {
+      section(name, count, [&list, least, most, lastBoundary, last = 0](CtgNumbers& line) mutable {
         const std::int32_t entity = line.integer(least == 0 ? "a node" : "a face", least, most);
+        expectAscending(line, last, entity);
         list.push_back({entity, line.integer("the boundary", lastBoundary == 0 ? 0 : 1, lastBoundary)});
       });
     };
     const auto plasticFaces = [this](const char* name, CtgCount count, std::vector<CtgBoundaryEntry>& list) {
-      section(name, count, [&](CtgNumbers& line) {
+      section(name, count, [&, last = 0](CtgNumbers& line) mutable {
         const std::int32_t face = line.integer("a face", 1, mesh_.counts[kCtgFaces]);
         line.integer("the second number", 1, 1);
         line.integer("the face again", face, face);
+        expectAscending(line, last, face);
         list.push_back({face, 0});
       });
     };

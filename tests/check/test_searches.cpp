@@ -22,7 +22,7 @@ TEST(FaceBuckets, GroupsAreThoseOfAMap) {
   using Key = std::tuple<std::uint32_t, std::uint64_t, std::uint32_t>;
   std::map<Key, std::vector<std::uint32_t>> expected;
   for (const auto& [bucket, e] : entries) expected[{bucket, e.key, e.rest}].push_back(e.item);
-  for (const std::size_t few : {1, 100, 100000}) {
+  for (const std::size_t few : {std::size_t{1}, std::size_t{100}, std::size_t{100000}}) {
     std::map<Key, std::vector<std::uint32_t>> found;
     const auto each = [&](auto use) {
       for (const auto& [bucket, entry] : entries) use(bucket, entry);

@@ -7,7 +7,6 @@ namespace orvmesh::test {
 namespace {
 
 const float kNaN = std::numeric_limits<float>::quiet_NaN();
-const float kInfinity = std::numeric_limits<float>::infinity();
 const int kNodes[8] = {1, 2, 3, 4, 5, 0, 0, 0};
 
 void writeLayout(OFEIO_Manipulator& f, int endA, int endB, float diameter, float last) {

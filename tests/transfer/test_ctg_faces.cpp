@@ -24,7 +24,7 @@ List faceNodes(const List& element, const LocalFace& local) {
   return nodes;
 }
 
-// The search as it is described: lists of faces per node, the first that holds all nodes is taken.
+// Plain search: lists of faces per node, the first that holds all nodes is taken.
 struct PlainSearch {
   explicit PlainSearch(std::int32_t nodeCount) : atNode(static_cast<std::size_t>(nodeCount) + 1), faces(1) {}
   std::int32_t entryOf(const List& face) {
@@ -80,7 +80,7 @@ TEST(CtgFaces, AreThoseOfThePlainSearchInWhateverMesh) {
       std::shuffle(nodes.begin(), nodes.end(), random);
       if (repeats)
         for (int k = 0; k < 3; ++k) nodes[below(8)] = nodes[below(8)];
-      const std::size_t size = tetrahedra ? 4 : std::array{4, 5, 6, 8, 7, 4}[below(6)];
+      const std::size_t size = tetrahedra ? 4 : std::array<std::size_t, 6>{4, 5, 6, 8, 7, 4}[below(6)];
       element.assign(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(size));
     }
     if (below(4) == 0) elements.push_back(elements.front());

@@ -127,7 +127,8 @@ TEST_F(Ctg, FaultsAreNamed) {
   const struct {
     const char *from, *to, *failure;
   } cases[] = {
-      {"Version = 1004", "Version = 1005", "line 2: is something else than Version = 1004"},
+      {"[Header]\n", "[Header]\r\n", "line 1: is \"[Header]\\r\" (legal: [Header])"},
+      {"Version = 1004", "Version = 1005", "line 2: is \"Version = 1005\" (legal: Version = 1004)"},
       {"Element = 2\n", "Element = -1\n", "line 11: Element = is no count (legal: 0 to 2147483647)"},
       {"Element = 2\n", "Element = 2147483647\n",
        "line 38: ends Element Node with 2 lines (legal: 2147483647, as"},
