@@ -51,12 +51,23 @@ class Ctg(unittest.TestCase):
                          (5, 2, 1, {"5": 1, "6": 1}))
         self.assertFalse(os.path.exists("MeshTranslate.log"))
 
+    def test_what_readers_may_refuse_is_told(self):
+        mold = [{"nodes": nodes, "a": 1} for nodes in ([1, 2, 3, 4], [1, 3, 2, 5], [2, 1, 3, 5], [1, 1, 2, 5])]
+        with open("odd.json", "w") as text:
+            json.dump(MESH | {"elementsMoldBase": mold, "elementSurfaces": [
+                {"nodes": [1, 2, 3, 3], "interfaceId": 1}, {"nodes": [1, 2, 3, 3], "interfaceId": 2}]}, text)
+        self.assertEqual(run("load", "odd.json", "odd.ofe").returncode, 0)
+        told = run("ctg", "odd.ofe", "odd.ctg").stderr
+        for part in ("faces name a node twice", "belong to a third element", "but no plastic face"):
+            self.assertIn(part, told)
+
     def test_the_example_mold_is_sound(self):
         mesh = os.path.join(SOURCE, "examples", "mold", "mold.msh")
         for arguments in [("import", mesh, "big.ofe"), ("ctg", "big.ofe", "big.ctg"), ("info", "big.ctg")]:
             result = run(*arguments)
             self.assertEqual(result.returncode, 0, result.stderr)
         self.assertIn("of these 0 on no boundary", result.stdout)
+        self.assertGreater(json.loads(run("info", "--json", "big.ctg").stdout)["boundaries"]["plastic"]["faces"], 0)
 
     def test_bad_sources_and_targets(self):
         os.mkdir("folder")

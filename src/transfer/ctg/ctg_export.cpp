@@ -51,6 +51,12 @@ std::string warningsOf(const CtgMesh& mesh) {
     lines += number(left) + " boundary nodes belong to no mold element; they are listed as node 0\n";
   if (mesh.faces.skipped > 0)
     lines += number(mesh.faces.skipped) + " mold elements have no faces (legal: 4, 5, 6 or 8 nodes)\n";
+  if (mesh.faces.collapsed > 0)
+    lines += number(mesh.faces.collapsed) + " faces name a node twice; readers may refuse their elements\n";
+  if (mesh.faces.crowded > 0)
+    lines +=
+        number(mesh.faces.crowded) +
+        " faces belong to a third element or more (equal or overlapping elements); readers may refuse them\n";
   if (mesh.boundaryNodes.surfaces.part > 0 && mesh.boundaryFaces.faces.part == 0)
     lines += number(mesh.boundaryNodes.surfaces.part) +
              " surface elements of the part, but no plastic face: later surface elements took their nodes\n";

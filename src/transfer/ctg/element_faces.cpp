@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <span>
+#include <vector>
 
 #include "transfer/ctg/face_buckets.h"
 #include "transfer/ctg/repeated_nodes.h"
@@ -74,6 +75,18 @@ std::int32_t numberFaces(const ElementTable& elements, std::int32_t* entries,
   return count;
 }
 
+std::int32_t countCrowded(std::span<const std::int32_t> entries, std::int32_t faceCount) {
+  std::vector<bool> shared(static_cast<std::size_t>(faceCount) + 1);
+  std::int32_t crowded = 0;
+  for (const std::int32_t entry : entries) {
+    if (entry > 0) continue;
+    auto isShared = shared[static_cast<std::size_t>(-entry)];
+    crowded += isShared ? 1 : 0;
+    isShared = true;
+  }
+  return crowded;
+}
+
 }  // namespace
 
 std::uint64_t countElementFaces(const ElementTable& elements) {
@@ -95,6 +108,8 @@ ElementFaces matchElementFaces(const ElementTable& elements, std::int32_t nodeCo
   faces.faceCount = buckets.repeating().empty()
                         ? numberFaces(faces.entries.get(), static_cast<std::int32_t>(entryCount))
                         : numberFaces(elements, faces.entries.get(), buckets.repeating());
+  faces.collapsed = static_cast<std::int32_t>(buckets.repeating().size());
+  faces.crowded = countCrowded({faces.entries.get(), entryCount}, faces.faceCount);
   return faces;
 }
 

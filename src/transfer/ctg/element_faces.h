@@ -14,7 +14,9 @@ struct ElementFaces {
   // those of the element that made it; its second owner is the last element with the negative number.
   std::unique_ptr<std::int32_t[]> entries;
   std::int32_t faceCount = 0;
-  std::int32_t skipped = 0;  // elements with a node count that no element type has; they have no entries
+  std::int32_t skipped = 0;    // elements with a node count that no element type has; they have no entries
+  std::int32_t collapsed = 0;  // faces of elements that name a node twice
+  std::int32_t crowded = 0;    // element faces that come third or later on their face
 };
 
 // Entries that the faces of these elements take; at most kMostElementFaces can be matched.
