@@ -17,5 +17,7 @@ void addLoad(CLI::App& app, Job& job);
 void addExport(CLI::App& app, Job& job);
 void addTransfer(CLI::App& app, Job& job);
 void addVariants(CLI::App& app, Job& job);
+void addSensors(CLI::App& app, Job& job);
+void addSnc(CLI::App& app, Job& job);
 
 }  // namespace orvmesh::cli

@@ -14,7 +14,8 @@ constexpr int kWrongUsage = 2;
 
 void addSubcommands(CLI::App& app, Job& job) {
   using namespace orvmesh::cli;
-  for (const auto add : {addImport, addInfo, addDump, addLoad, addExport, addTransfer, addVariants})
+  for (const auto add :
+       {addImport, addInfo, addDump, addLoad, addExport, addTransfer, addVariants, addSensors, addSnc})
     add(app, job);
 }
 
