@@ -16,6 +16,7 @@ import time
 
 import numpy as np
 
+import demo_sensors
 import expected_blocks
 import expected_tables
 import read_ofe
@@ -175,6 +176,9 @@ def main(orvmesh, mesh, folder):
     head = ["variant", "result", "nodes", "plastic", "mold base", "channel", "surfaces by interface", "conditions", "time"]
     print_table(head, rows, (0, 6))
     print_table(["entries of", *meshes], list(block_rows(meshes.values())), (0,))
+    history = os.path.join(os.path.dirname(mesh), "history.snc")
+    if os.path.exists(history):
+        complaints += demo_sensors.rewrite_history(orvmesh, component, history, folder)
     complaints += export_ctg(orvmesh, component, os.path.join(folder, "mold.ctg"))
     for text in complaints:
         print(f"demo: {text}", file=sys.stderr)

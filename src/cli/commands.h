@@ -20,5 +20,7 @@ void addExport(CLI::App& app, Job& job);
 void addTransfer(CLI::App& app, Job& job);
 void addVariants(CLI::App& app, Job& job);
 void addDmp(CLI::App& app, Job& job);
+void addSensors(CLI::App& app, Job& job);
+void addSnc(CLI::App& app, Job& job);
 
 }  // namespace orvmesh::cli

@@ -10,7 +10,7 @@ import unittest
 ORVMESH = os.environ["ORVMESH"]
 SOURCE = os.environ["ORVMESH_SOURCE"]
 VARIANTS = ["channels", "hot-runner", "stream-line", "moldbase", "part-inserts", "part-inserts-channels"]
-SUBCOMMANDS = ["import", "info", "check", "dump", "load", "export", "transfer", "ctg", "dmp", "variants"]
+SUBCOMMANDS = ["import", "info", "check", "dump", "load", "export", "transfer", "ctg", "dmp", "sensors", "snc", "variants"]
 MESH = {"format": "ofe-json", "version": 1, "header": {"fields": {"0": 14001}},
         "nodes": [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1], [1, 1, 1]],
         "elementsPlastic": [{"nodes": [1, 2, 3, 4], "a": 1, "b": 201, "value": 0}],

@@ -1,0 +1,128 @@
+"""`orvmesh sensors` and `orvmesh snc` from outside: the example's history, refusals, and what they leave behind."""
+import json
+import os
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ORVMESH = os.environ["ORVMESH"]
+SOURCE = os.environ["ORVMESH_SOURCE"]
+EXAMPLE = os.path.join(SOURCE, "examples", "mold")
+sys.path[:0] = [EXAMPLE, os.path.join(SOURCE, "scripts")]
+sys.dont_write_bytecode = True
+import demo_sensors
+import make_history
+
+
+def run(*arguments, **options):
+    return subprocess.run([ORVMESH, *arguments], capture_output=True, text=True, timeout=60, **options)
+
+
+def read(path):
+    with open(path) as text:
+        return text.read()
+
+
+class Sensors(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.mesh = os.path.join(folder.name, "mold.ofe")
+        roles = os.path.join(EXAMPLE, "roles.json")
+        done = run("import", "--roles", roles, os.path.join(EXAMPLE, "mold.msh"), cls.mesh)
+        assert done.returncode == 0, done.stderr
+        cls.history = read(os.path.join(EXAMPLE, "history.snc"))
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        previous = os.getcwd()
+        os.chdir(folder.name)
+        self.addCleanup(os.chdir, previous)
+        self.write("history.snc", self.history)
+
+    def write(self, path, text):
+        with open(path, "w") as out:
+            out.write(text)
+
+    def refused(self, *arguments, names, **options):
+        before = {path: read(path) for path in os.listdir(".")}
+        result = run(*arguments, **options)
+        self.assertEqual(result.returncode, 1, arguments)
+        self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
+        for part in names:
+            self.assertIn(part, result.stderr)
+        self.assertEqual({path: read(path) for path in os.listdir(".")}, before)
+
+    def test_example_history_is_that_of_the_example_mold(self):
+        lines = make_history.history(make_history.joined_order(ORVMESH, self.mesh), 8)
+        self.assertEqual(self.history, "".join(line + "\n" for line in lines))
+        self.assertEqual(list(demo_sensors.rewrite_history(ORVMESH, self.mesh, "history.snc", ".")), [])
+
+    def test_list_and_map_agree(self):
+        rows = json.loads(run("sensors", "list", "--json", self.mesh).stdout)["sensors"]
+        components = {row["component"].rsplit(" ", 1)[0] for row in rows}
+        self.assertLessEqual({"part", "part insert", "mold base"}, components)
+        self.assertEqual({row["type"] for row in rows}, set(range(1, 7)))
+        maps = json.loads(run("sensors", "map", "--json", self.mesh).stdout)
+        numbered = [(row["number"], row["newType"], row["newNumber"]) for row in rows if row["number"]]
+        self.assertEqual(numbered, [(e["number"], e["type"], e["global"]) for e in maps["oldToNew"]])
+        back = {e["number"]: e["global"] for e in maps["newToOld"]}
+        self.assertTrue(all(back[new] == old for old, _, new in numbered))
+        for words in (["list"], ["map"], ["map", "--fast"]):
+            self.assertIn(f"{len(rows) if words == ['list'] else len(numbered)} sensors",
+                          run("sensors", *words, self.mesh).stdout)
+
+    def test_in_place_with_a_name_of_its_own_and_elsewhere(self):
+        name = "H\u00f6he \u6e29.snc"
+        self.write(name, self.history)
+        comma = {**os.environ, "LC_ALL": "de_DE.UTF-8"}
+        self.assertEqual(run("snc", name, self.mesh, env=comma).returncode, 0)
+        self.assertEqual(run("snc", "history.snc", self.mesh, "-o", "out.snc").stderr, "")
+        self.assertEqual(read("history.snc"), self.history)
+        self.assertEqual(read(name), read("out.snc"))
+        self.assertEqual(sorted(os.listdir(".")), sorted([name, "history.snc", "out.snc"]))
+        self.refused("snc", name, self.mesh, names=["rewritten before?", name])
+
+    def test_what_is_not_whole_stays_as_it_was(self):
+        for size in range(0, len(self.history) - 1, 7):
+            self.write("history.snc", self.history[:size])
+            self.refused("snc", "history.snc", self.mesh, names=["history.snc: line "])
+
+    def test_refusals(self):
+        other = os.path.join(EXAMPLE, "history.snc")
+        self.refused("snc", "none.snc", self.mesh, names=["none.snc: cannot be"])
+        self.refused("snc", "none.snc", self.mesh, "-o", "new.snc", names=["none.snc: cannot be read: No such file"])
+        self.refused("snc", "history.snc", "none.ofe", names=["none.ofe: cannot be read"])
+        self.refused("snc", "history.snc", other, names=[other])
+        self.refused("snc", "history.snc", self.mesh, "-o", "none/out.snc", names=["none/out.snc: cannot be written"])
+        shutil.copy(self.mesh, "copy.bin")
+        self.assertEqual(run("snc", "history.snc", "copy.bin", "-o", "copy.bin").returncode, 1)
+        self.assertEqual(os.path.getsize("copy.bin"), os.path.getsize(self.mesh))
+        os.remove("copy.bin")
+        self.write("history.snc.tmc", "the original")
+        self.refused("snc", "history.snc", self.mesh, names=["history.snc.tmc exists"])
+        for words in (["list"], ["map"], ["map", "--fast"]):
+            self.refused("sensors", *words, "history.snc", names=["history.snc: "])
+
+    def test_a_full_disk_leaves_the_old_file(self):
+        def small_files_only():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (512, 512))
+
+        self.refused("snc", "history.snc", self.mesh, names=["history.snc: ", "File too large"],
+                     preexec_fn=small_files_only)
+
+    def test_usage(self):
+        for words in (["sensors"], ["sensors", "list"], ["sensors", "map"], ["snc"]):
+            self.assertIn("Example", run(*words, "--help").stdout)
+            self.assertEqual(run(*words).returncode, 2, words)
+
+
+if __name__ == "__main__":
+    unittest.main()
