@@ -1,21 +1,32 @@
 #include "platform/text_stream.h"
 
+#include <clocale>
 #include <cstdio>
 #include <locale>
+#include <stdexcept>
+#include <string>
 
 #include "platform/locale.h"
 
 namespace {
 
-// The process's global locale is the system's default one for the lifetime of this object.
+// The process's global locale is the system's default one for the lifetime of this object. The locale of C is
+// another one, which setting that of C++ changes as well.
 class SystemLocaleScope {
  public:
-  SystemLocaleScope() : previous_(std::locale::global(systemDefault())) {}
-  ~SystemLocaleScope() { std::locale::global(previous_); }
+  SystemLocaleScope() : previousC_(currentC()), previous_(std::locale::global(systemDefault())) {}
+  ~SystemLocaleScope() {
+    std::locale::global(previous_);
+    std::setlocale(LC_ALL, previousC_.c_str());
+  }
   SystemLocaleScope(const SystemLocaleScope&) = delete;
   SystemLocaleScope& operator=(const SystemLocaleScope&) = delete;
 
  private:
+  static std::string currentC() {
+    const char* const name = std::setlocale(LC_ALL, nullptr);
+    return name == nullptr ? "C" : name;
+  }
   static std::locale systemDefault() {
     try {
       return std::locale(COrvLocale::GetSystemDefaultLocale());
@@ -23,6 +34,7 @@ class SystemLocaleScope {
       return std::locale::classic();
     }
   }
+  std::string previousC_;
   std::locale previous_;
 };
 

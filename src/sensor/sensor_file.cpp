@@ -12,7 +12,7 @@ namespace {
 using orvmesh::sensor::SensorMaps;
 
 // Not atomic, and other programs rely on these steps: a copy that is left over means that the file was not
-// rewritten, or not wholly (quirk 29). Returns what went wrong.
+// rewritten, or not wholly (quirk 43). Returns what went wrong.
 std::string rewriteInPlace(const std::string& path, const SensorMaps& maps) {
   const std::string copy = path + ".tmc";
   if (!CopyFileA(path.c_str(), copy.c_str(), true))

@@ -118,10 +118,12 @@ class Checker {
   // Puts the nodes of the face into the order of its line.
   void arrange(ElementFace& face, const std::array<std::int32_t, 4>& listed) const {
     const auto source = [this](std::int32_t node) { return sourceNode_[static_cast<std::size_t>(node)]; };
-    std::sort(face.nodes, face.nodes + face.count, [&](std::int32_t a, std::int32_t b) {
-      const auto place = [&](std::int32_t n) { return std::find(listed.begin(), listed.end(), source(n)); };
-      return place(a) < place(b);
-    });
+    const auto place = [&](std::size_t k) {
+      return std::find(listed.begin(), listed.end(), source(face.nodes[k])) - listed.begin();
+    };
+    for (std::size_t i = 1; i < face.count; ++i)
+      for (std::size_t k = i; k > 0 && place(k - 1) > place(k); --k)
+        std::swap(face.nodes[k - 1], face.nodes[k]);
   }
 
   // [Node] leaves out nodes of the source, and keeps their order.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <locale>
 
 #include "platform/locale.h"
@@ -33,6 +34,16 @@ TEST(TextStream, NumbersPassInTheClassicLocale) {
   EXPECT_EQ(line, "1234567 0.5");
   EXPECT_EQ(std::locale(), global);
   std::locale::global(old);
+}
+
+// The host may have set the locale of C alone.
+TEST(TextStream, TheLocaleOfCComesBack) {
+  const TempDir dir;
+  ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
+  std::ofstream out;
+  OpenTextStreamWithRetry(out, (dir / "text").c_str());
+  EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C.UTF-8");
+  std::setlocale(LC_ALL, "C");
 }
 
 TEST(TextStream, WritingReplacesAndFailuresSetTheFailBit) {
