@@ -59,7 +59,7 @@ int DMPIO_Manipulator_C::isAsciiDMP(int version, int& known, int& supported) {
   return isText ? 1 : 0;
 }
 
-// Unlike the text versions, every version of the block form is a known one, as required.
+// Unlike the text versions, every version of the block form is a known one (quirk 38).
 int DMPIO_Manipulator_C::isBinaryDMP(int version, int& known, int& supported) {
   known = encodingOf(version) == Encoding::Block ? 1 : 0;
   supported = known == 1 && isSupported(version) ? 1 : 0;

@@ -91,7 +91,7 @@ bool DumpReader::beginGroup() {
   const auto stored = encoding_ == Encoding::Text ? text_.readGroupCount() : blocks_.readGroupCount(index_);
   if (!stored) return false;
   // The block form stores twice the number of items. The text form stores the number itself and is halved all
-  // the same, as required: what follows the first half is taken for the next group.
+  // the same (quirk 36): what follows the first half is taken for the next group.
   itemCount_ = *stored / 2;
   itemIndex_ = 0;
   return true;

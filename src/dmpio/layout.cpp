@@ -9,7 +9,7 @@ constexpr BlockSet kSensorOn = setOf(kSensorMap) | setOf(kSurfaceMap) | setOf(kS
 // Required oddities that look like slips: the headings of the face-to-line map and of the surface maps differ
 // between the columns, the cool channel map of the block form is counted by the face-to-line value and shuts
 // that map out, the surface maps are counted by it, too, and two write operations refuse with 0, the place of
-// a first entry.
+// a first entry (quirks 32 to 35 and 37).
 constexpr std::array<BlockRow, kBlocks> kRows{{
     // clang-format off
   {20000, Shape::Pair,   kNodeCount,        kNodeCount,
@@ -29,7 +29,7 @@ constexpr std::array<BlockRow, kBlocks> kRows{{
    kOwn, 0, 0, "elementCoolantEndMap"},
   {61000, Shape::One,    kFaceToLineCount,  kFaceToLineCount,
    "[ELEMENT COOL FACE TO LINE]\n", "[ELEMENT COOL FACE TO LINE MAP]\n", "[ELEMENT COOL FACE TO LINE MAP]",
-   kSensorOn, 0, -1, "elementCoolFaceToLineMap"},  // the line-to-face map is not asked
+   kSensorOn, 0, -1, "elementCoolFaceToLineMap"},  // the line-to-face map has filled it in by then
   {62000, Shape::Groups, kLineToFaceCount,  kLineToFaceCount,
    "[ELEMENT COOL LINE TO FACE MAP]\n", "[ELEMENT COOL LINE TO FACE MAP]\n", "[ELEMENT COOL LINE TO FACE MAP]",
    kOwn, 0, -1, "elementCoolLineToFaceMap"},

@@ -21,7 +21,7 @@ void Sides::copyBlock(Block block, Header header) {
   }
 }
 
-// The sensor map and the surface maps stay behind, as required; their counts in the header do not.
+// The sensor map and the surface maps stay behind; their counts in the header do not (quirk 39).
 int Sides::copyBlocks(Header header) {
   for (const Block block :
        {kNodeMap, kPlasticMap, kMoldBaseMap, kCoolChannelMap, kCoolantEndMap, kFaceToLineMap, kLineToFaceMap})

@@ -95,6 +95,9 @@ struct BINIO_BinaryBlock::Vectors {
 
 namespace {
 
+// More than any memory holds; allocators differ in how they refuse such a size.
+constexpr std::int64_t kMostValues = std::int64_t{1} << 36;
+
 bool isIn(std::int64_t index, std::size_t count) {
   return index >= 0 && static_cast<std::uint64_t>(index) < count;
 }
@@ -126,7 +129,7 @@ int BINIO_BinaryBlock::setVectorCount(char type, int count) {
 int BINIO_BinaryBlock::setVectorSize(char type, int index, std::int64_t size) {
   int result = 0;
   Vectors::forEachType(*vectors_, [&](char listType, auto& list) {
-    if (listType != type || !isIn(index, list.size()) || size < 0) return;
+    if (listType != type || !isIn(index, list.size()) || size < 0 || size > kMostValues) return;
     try {
       list[static_cast<std::size_t>(index)].resize(static_cast<std::size_t>(size));
       result = 1;

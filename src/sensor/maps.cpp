@@ -31,7 +31,8 @@ struct Group {
 
 // The joined mesh's numbering is the order of the rows; the fast variant takes every sensor as in an insert.
 // Alike in both are old-to-new type and global (those in the joined mesh) and new-to-old type and local
-// (those in the mesh). The odd entry, kOldGlobal for type 2, is what the programs around this one expect.
+// (those in the mesh). The odd entry, kOldGlobal for type 2, is what the programs around this one expect
+// (quirks 40 and 41).
 // clang-format off
 constexpr Group kJoinedOrder[] = {
   // old                 new  old-to-new local          new-to-old global

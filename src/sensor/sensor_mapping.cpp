@@ -78,7 +78,8 @@ int COrvMeshTransfer_SensorMapping::GetSensorNumber_Ori(SensorType type) const {
   return m_Maps ? m_Maps->counts.ofType(type) : 0;
 }
 
-// Counts as the mesh does for both conditions, although the new-to-old map goes by the joined mesh's numbers.
+// Counts as the mesh does for both conditions, although the new-to-old map goes by the joined mesh's numbers
+// (quirk 42).
 int COrvMeshTransfer_SensorMapping::GetSensorOrder(SensorType type, int local) const {
   if (!m_Maps || !SensorCounts::isNumbered(type)) return 0;
   const std::int64_t index = std::int64_t{m_Maps->counts.before(type)} + local;

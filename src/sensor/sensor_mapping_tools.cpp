@@ -10,7 +10,8 @@
 
 namespace {
 
-// Display numbers in the order of the file. Which of a sensor's numbers it is depends on its type.
+// Display numbers in the order of the file. Which of a sensor's numbers it is depends on its type
+// (quirk 48).
 std::vector<int> readDisplayNumbers(OFEIO_Manipulator& file, std::int64_t& entries) {
   std::vector<int> numbers;
   int type = 0;

@@ -87,7 +87,7 @@ class Rewriter {
     std::string_view mark;
     Handler handler;
   };
-  // A line that one section leaves may open a later one of these, never an earlier one.
+  // A line that one section leaves may open a later one of these, never an earlier one (quirk 47).
   static const std::array<Section, 5> kSections;
 
   void copySection();
@@ -271,9 +271,9 @@ void Rewriter::historyRecord() {
                               (report_.records > 1 ? " or one before it" : "") + " has not the mesh's " +
                               std::to_string(total_) + " sensor lines and a closing line");
   report_.closingTexts += isBlank(closing) ? 0 : 1;
-  // The closing line becomes an empty one, whatever it holds.
+  // The closing line becomes an empty one, whatever it holds (quirk 45).
   out_.line("");
-  std::cout.flush();  // a program that watches the output sees how far the rewrite is
+  std::cout.flush();  // a program that watches the output sees how far it is (quirk 46)
 }
 
 }  // namespace
