@@ -19,7 +19,8 @@ constexpr std::uint32_t kCommonGateBits = 0b011, kHotColdGateBits = 0b110;
 // see the part and the channels, not the mold behind them.
 constexpr int kInterfaceAt[] = {2, 1, 3, 4};
 constexpr std::uint64_t placeOf(int interfaceId) {
-  return interfaceId == 2 ? 0 : interfaceId == 1 ? 1 : interfaceId - 1;
+  constexpr std::uint64_t kPlaces[] = {0, 1, 0, 2, 3};
+  return kPlaces[interfaceId];
 }
 
 // A surface to be: its owner's face and what lies behind it.
