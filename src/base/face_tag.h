@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "base/ranges.h"
+
 namespace orvmesh {
 
 // The packed word of a surface element: flags in bits 0..7, a group number in bits 8..27, bits 28..31 free.
@@ -21,6 +23,11 @@ constexpr std::uint32_t withGroup(std::uint32_t tag, std::int32_t group) {
 }
 // The tag that names a coolant channel group.
 constexpr std::uint32_t coolantTag(std::int32_t group) { return kTagCoolantMark | packedGroup(group); }
+
+// The channel group of a face at a channel's end: the tag's where it has one, else the boundary type.
+constexpr std::int32_t channelGroupOf(std::uint32_t tag, std::int32_t boundaryType) {
+  return kTaggedGroup.holds(tagGroup(tag)) ? tagGroup(tag) : boundaryType;
+}
 
 constexpr bool tagBit(std::uint32_t tag, int bit) { return ((tag >> bit) & 1U) != 0; }
 // Bit 0 set and bit 1 or bit 2: a gate shared by part and hot runner.

@@ -1,53 +1,21 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/element_volume.h"
 #include "base/face_buckets.h"
-#include "base/face_tables.h"
 #include "base/ranges.h"
 #include "check/checkers.h"
 
 namespace orvmesh::check {
 namespace {
 
-Position operator-(const Position& a, const Position& b) { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
-double determinant(const Position& a, const Position& b, const Position& c) {
-  return a[0] * (b[1] * c[2] - b[2] * c[1]) + a[1] * (b[2] * c[0] - b[0] * c[2]) +
-         a[2] * (b[0] * c[1] - b[1] * c[0]);
-}
-
-// The corners of an element seen from its first one, in the file's own lengths.
-struct Corners {
-  Position at[8];
-  double size = 0;  // the largest coordinate difference to the first corner
-
-  Corners(const float* xyz, std::span<const std::int32_t> nodes) {
-    for (std::size_t k = 0; k < nodes.size(); ++k) {
-      const float* p = xyz + 3 * (static_cast<std::size_t>(nodes[k]) - 1);
-      at[k] = {p[0], p[1], p[2]};
-      if (k == 0) continue;
-      at[k] = at[k] - at[0];
-      for (const double x : at[k]) size = std::max(size, std::fabs(x));
-    }
-    at[0] = {};
-  }
-};
-
-// Negative for an element that is inside out. A quadrilateral face is the mean of its two foldings, so that
-// neighbours agree about it.
-double volumeOf(const Corners& corners, int count) {
-  const Position* p = corners.at;
-  if (count == 4) return determinant(p[1], p[2], p[3]) / 6;
-  double twelfths = 0;
-  for (const LocalFace& face : facesOf(count)) {
-    const int* n = face.nodes;
-    if (face.nodeCount == 3) {
-      twelfths += 2 * determinant(p[n[0]], p[n[1]], p[n[2]]);
-      continue;
-    }
-    twelfths += determinant(p[n[0]], p[n[1]], p[n[2]]) + determinant(p[n[0]], p[n[2]], p[n[3]]) +
-                determinant(p[n[0]], p[n[1]], p[n[3]]) + determinant(p[n[1]], p[n[2]], p[n[3]]);
-  }
-  return twelfths / 12;
+// The largest coordinate difference to the first corner, in the file's own lengths.
+double sizeOf(const float* xyz, std::span<const std::int32_t> nodes) {
+  const Vector first = pointOf(xyz, nodes[0]);
+  double size = 0;
+  for (const std::int32_t node : nodes.subspan(1))
+    for (const double x : pointOf(xyz, node) - first) size = std::max(size, std::fabs(x));
+  return size;
 }
 
 bool isKnownMaterial(std::size_t block, std::int32_t a) {
@@ -107,9 +75,9 @@ void checkVolumes(const MeshModel& model, Collector& found) {
                 [&] { return entity(std::to_string(count) + " nodes (legal: 4, 5, 6, 8)"); });
       return;
     }
-    const Corners corners(model.nodes.xyz.data(), nodes);
-    const double volume = volumeOf(corners, count);
-    if (std::fabs(volume) <= kFlat * corners.size * corners.size * corners.size) {
+    const float* const xyz = model.nodes.xyz.data();
+    const double volume = signedVolume(xyz, nodes), size = sizeOf(xyz, nodes);
+    if (std::fabs(volume) <= kFlat * size * size * size) {
       found.add(Code::zeroVolume, 0, [&] { return entity("flat"); });
     } else if (volume < 0) {
       found.add(Code::invertedElement, 0, [&] { return entity({}); });

@@ -3,6 +3,7 @@
 
 #include "base/ranges.h"
 #include "check/checkers.h"
+#include "platform/header_counts.h"
 
 namespace orvmesh::check {
 namespace {
@@ -17,59 +18,6 @@ NumberSet distinct(std::span<const std::int32_t> numbers) {
   return set;
 }
 Count sizeOf(const auto& list) { return static_cast<Count>(list.size()); }
-Count inserts(const MeshModel& model) {
-  return std::count_if(model.blockToMaterial.begin(), model.blockToMaterial.end(),
-                       [](std::int32_t material) { return kInsertTyped.holds(material); });
-}
-
-struct CountedField {
-  int field;
-  const char* what;
-  Count (*count)(const MeshModel& model);
-};
-
-constexpr CountedField kFields[] = {
-    {m_HEADER_NElemP, "plastic elements", [](const MeshModel& m) -> Count { return m.elemP.count(); }},
-    {m_HEADER_NElemM, "mold elements", [](const MeshModel& m) -> Count { return m.elemM.count(); }},
-    {m_HEADER_NElemC, "channel elements", [](const MeshModel& m) -> Count { return m.elemC.count(); }},
-    {m_HEADER_NElemS, "surface elements", [](const MeshModel& m) -> Count { return m.surfaces.count(); }},
-    {m_HEADER_NNode, "nodes", [](const MeshModel& m) -> Count { return m.nodes.count(); }},
-    {m_HEADER_NMatP, "plastic materials",
-     [](const MeshModel& m) { return sizeOf(distinct(m.elemP.fieldA)); }},
-    {m_HEADER_NMatM, "mold materials", [](const MeshModel& m) { return sizeOf(m.blockToMaterial); }},
-    {m_HEADER_NMatI, "part-insert materials", inserts},
-    {m_HEADER_NSensor1, "part element sensors", [](const MeshModel& m) { return sizeOf(m.sensors[0]); }},
-    {m_HEADER_NSensor2, "part node sensors", [](const MeshModel& m) { return sizeOf(m.sensors[1]); }},
-    {m_HEADER_NSensor3, "surface sensors", [](const MeshModel& m) { return sizeOf(m.sensors[2]); }},
-    {m_HEADER_NSensor4, "mold element sensors", [](const MeshModel& m) { return sizeOf(m.sensors[3]); }},
-    {m_HEADER_NSensor5, "mold node sensors", [](const MeshModel& m) { return sizeOf(m.sensors[4]); }},
-    {m_HEADER_NSensor6, "sensors of kind 6", [](const MeshModel& m) { return sizeOf(m.sensors[5]); }},
-    {m_HEADER_NCCDiameter, "channel diameters", [](const MeshModel& m) { return sizeOf(m.diameters); }},
-    {m_HEADER_NCCLine, "channel lines", [](const MeshModel& m) { return sizeOf(m.lines); }},
-    {m_HEADER_NLayoutPoint, "layout points", [](const MeshModel& m) { return sizeOf(m.beamPoints); }},
-    {m_HEADER_NLayoutSegment, "layout beams", [](const MeshModel& m) { return sizeOf(m.beamSegments); }},
-    {m_HEADER_NLayoutEntry, "layout entries",
-     [](const MeshModel& m) { return sizeOf(m.beamPoints) + sizeOf(m.beamSegments); }},
-    {m_HEADER_NMIPoint, "mold-insert points", [](const MeshModel& m) { return sizeOf(m.moldInsert.points); }},
-    {m_HEADER_NMIFace, "mold-insert faces", [](const MeshModel& m) { return sizeOf(m.moldInsert.faces); }},
-    {m_HEADER_NMIEntry, "mold-insert entries",
-     [](const MeshModel& m) { return sizeOf(m.moldInsert.points) + sizeOf(m.moldInsert.faces); }},
-    {m_HEADER_NCCSurfacePoint, "channel-surface points",
-     [](const MeshModel& m) { return sizeOf(m.channelSurface.points); }},
-    {m_HEADER_NCCSurfaceFace, "channel-surface faces",
-     [](const MeshModel& m) { return sizeOf(m.channelSurface.faces); }},
-    {m_HEADER_NCCSurfaceEntry, "channel-surface entries",
-     [](const MeshModel& m) { return sizeOf(m.channelSurface.points) + sizeOf(m.channelSurface.faces); }},
-    {m_HEADER_NBoundaryCondition, "boundary conditions",
-     [](const MeshModel& m) -> Count { return m.conditions.count(); }},
-    {m_HEADER_NSurfaceBC, "boundary-condition lists",
-     [](const MeshModel& m) { return sizeOf(m.surfaces.lists); }},
-    {m_HEADER_NSurfaceBCName, "boundary-condition names",
-     [](const MeshModel& m) { return sizeOf(m.bcNames); }},
-    {m_HEADER_NBadP, "bad plastic elements", [](const MeshModel& m) -> Count { return m.badP.count(); }},
-    {m_HEADER_NBadM, "bad mold elements", [](const MeshModel& m) -> Count { return m.badM.count(); }},
-    {m_HEADER_NBadC, "bad channel elements", [](const MeshModel& m) -> Count { return m.badC.count(); }},
-};
 
 void tell(int field, std::int32_t value, const std::string& holds, Collector& found) {
   found.add(Code::headerCount, field, [&] {
@@ -95,9 +43,9 @@ void checkChannelMaterials(const MeshModel& model, Collector& found) {
 }  // namespace
 
 void checkHeaderCounts(const MeshModel& model, Collector& found) {
-  for (const CountedField& row : kFields)
-    if (const Count count = row.count(model); model.header[row.field] != count)
-      tell(row.field, model.header[row.field], std::to_string(count) + ' ' + row.what, found);
+  for (const FieldCount& row : headerCounts(contentOf(model)))
+    if (row.field != m_HEADER_NMatC && model.header[row.field] != row.count)
+      tell(row.field, model.header[row.field], std::to_string(row.count) + ' ' + row.what, found);
   checkChannelMaterials(model, found);
 }
 

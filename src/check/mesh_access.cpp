@@ -35,14 +35,10 @@ std::span<const std::int32_t> nodesOf(const SurfaceElement& surface) {
 
 }  // namespace
 
-Position middleOf(const MeshModel& model, std::span<const std::int32_t> nodes) {
-  Position sum{};
-  for (const std::int32_t node : nodes) {
-    const Position p = positionOf(model, node);
-    for (std::size_t axis = 0; axis < 3; ++axis) sum[axis] += p[axis];
-  }
-  for (double& x : sum) x /= static_cast<double>(std::max<std::size_t>(1, nodes.size()));
-  return sum;
+Vector middleOf(const MeshModel& model, std::span<const std::int32_t> nodes) {
+  Vector sum{};
+  for (const std::int32_t node : nodes) sum = sum + positionOf(model, node);
+  return (1.0 / static_cast<double>(std::max<std::size_t>(1, nodes.size()))) * sum;
 }
 
 Entity nodeEntity(const MeshModel& model, std::int32_t node, std::string detail) {

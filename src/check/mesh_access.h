@@ -1,11 +1,11 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "base/element_volume.h"
 #include "check/findings.h"
 #include "platform/mesh_records.h"
 
@@ -52,14 +52,12 @@ void eachElement(const MeshModel& model, Use&& use) {
   }
 }
 
-using Position = std::array<double, 3>;
-
-inline Position positionOf(const MeshModel& model, std::int32_t node) {
+inline Vector positionOf(const MeshModel& model, std::int32_t node) {
   const COFE_Node p = model.nodes[node];
   return {p.x, p.y, p.z};
 }
 // The mean of the nodes, in model units.
-Position middleOf(const MeshModel& model, std::span<const std::int32_t> nodes);
+Vector middleOf(const MeshModel& model, std::span<const std::int32_t> nodes);
 
 Entity nodeEntity(const MeshModel& model, std::int32_t node, std::string detail = {});
 Entity elementEntity(const MeshModel& model, ElementRef element, std::string detail = {});

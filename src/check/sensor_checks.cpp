@@ -20,19 +20,19 @@ constexpr KindRule kKindRules[kKinds] = {{On::element, kInPart}, {On::node, kInP
                                          {On::node, kInMold},    {On::node, kInPart | kInMold}};
 
 struct Box {
-  Position low, high;
+  Vector low, high;
   Box() {
     low.fill(std::numeric_limits<double>::max());
     high.fill(std::numeric_limits<double>::lowest());
   }
-  void add(const Position& p) {
+  void add(const Vector& p) {
     for (std::size_t axis = 0; axis < 3; ++axis) {
       low[axis] = std::min(low[axis], p[axis]);
       high[axis] = std::max(high[axis], p[axis]);
     }
   }
   // Inside, or beyond it by at most so many times its longest side.
-  bool holds(const Position& p, double margin) const {
+  bool holds(const Vector& p, double margin) const {
     double size = 0;
     for (std::size_t axis = 0; axis < 3; ++axis) size = std::max(size, high[axis] - low[axis]);
     for (std::size_t axis = 0; axis < 3; ++axis)
@@ -51,7 +51,7 @@ struct Site {
   int kind;  // from 0
   std::size_t place;
   const Sensor* sensor;
-  Position position() const { return {sensor->x, sensor->y, sensor->z}; }
+  Vector position() const { return {sensor->x, sensor->y, sensor->z}; }
 };
 
 // The boxes of the elements around the nodes that sensors name, part and mold apart.

@@ -4,8 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
-#include <vector>
 
 namespace {
 
@@ -26,17 +26,17 @@ class Descriptor {
   int number_;
 };
 
-// Within the kernel where the file system can; false only where the rest has to be copied by hand.
-bool copyInKernel(int from, int to) {
+// Moves what the file system can move by itself and leaves both files at the place reached. Some file systems
+// answer 0 with bytes still to come, so its end means nothing.
+void copyInKernel(int from, int to) {
   constexpr std::size_t kPiece = std::size_t{1} << 30;
-  ssize_t got = 0;
-  while ((got = ::copy_file_range(from, nullptr, to, nullptr, kPiece, 0)) > 0) {
+  while (::copy_file_range(from, nullptr, to, nullptr, kPiece, 0) > 0) {
   }
-  return got == 0;
 }
 
+// What is left, up to the end of the source.
 bool copyByHand(int from, int to) {
-  std::vector<char> buffer(std::size_t{1} << 18);
+  std::array<char, std::size_t{1} << 16> buffer;
   for (;;) {
     const ssize_t got = ::read(from, buffer.data(), buffer.size());
     if (got < 0 && errno == EINTR) continue;
@@ -44,7 +44,7 @@ bool copyByHand(int from, int to) {
     for (ssize_t written = 0, more = 0; written < got; written += more) {
       more = ::write(to, buffer.data() + written, static_cast<std::size_t>(got - written));
       if (more < 0 && errno == EINTR) more = 0;
-      if (more < 0) return false;
+      if (more <= 0) return false;
     }
   }
 }
@@ -62,10 +62,9 @@ bool CopyFileA(const char* from, const char* to, bool failIfExists) {
   struct stat twin {};
   if (target.number() < 0 || ::fstat(target.number(), &twin) != 0) return false;
   if (twin.st_dev == status.st_dev && twin.st_ino == status.st_ino) return false;
-  const bool copied =
-      ::ftruncate(target.number(), 0) == 0 &&
-      (copyInKernel(source.number(), target.number()) || copyByHand(source.number(), target.number())) &&
-      target.close();
+  bool copied = ::ftruncate(target.number(), 0) == 0;
+  if (copied) copyInKernel(source.number(), target.number());
+  copied = copied && copyByHand(source.number(), target.number()) && target.close();
   if (!copied) (void)::unlink(to);
   return copied;
 }

@@ -30,11 +30,6 @@ struct SurfaceInlet {
   double radius;  // the largest distance from the centroid to a node
 };
 
-std::int32_t channelGroup(std::int32_t tag, std::int32_t boundaryType) {
-  const std::int32_t group = orvmesh::tagGroup(static_cast<std::uint32_t>(tag));
-  return orvmesh::kTaggedGroup.holds(group) ? group : boundaryType;
-}
-
 // The distinct nodes of the coolant inlet faces by group; nothing when a face names a node that is not there.
 std::optional<std::map<std::int32_t, std::vector<std::int32_t>>> inletNodes(const BlockView& surfaces,
                                                                             std::int32_t nodeCount) {
@@ -42,7 +37,8 @@ std::optional<std::map<std::int32_t, std::vector<std::int32_t>>> inletNodes(cons
   for (std::int32_t i = 0; i < surfaces.count(); ++i) {
     const auto value = [&](std::size_t c) { return *surfaces.at<std::int32_t>(c, i, 1); };
     if (value(column::kInterfaceId) != 4 || value(column::kContactCode) != 1) continue;
-    auto& nodes = groups[channelGroup(value(column::kTag), value(column::kBoundaryType))];
+    auto& nodes = groups[orvmesh::channelGroupOf(static_cast<std::uint32_t>(value(column::kTag)),
+                                                 value(column::kBoundaryType))];
     const std::int32_t* const face = surfaces.at<std::int32_t>(column::kSurfaceNodes, i, 4);
     for (int k = 0; k < 4; ++k) {
       if (face[k] < (k == 3 ? 0 : 1) || face[k] > nodeCount) return std::nullopt;

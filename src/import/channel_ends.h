@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "import/element_volume.h"
+#include "base/element_volume.h"
 #include "import/surfaces.h"
 
 namespace orvmesh::importing {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "import/element_volume.h"
+#include "base/element_volume.h"
 
 namespace orvmesh::importing {
 

@@ -4,7 +4,7 @@
 #include <bit>
 #include <cmath>
 
-#include "import/element_volume.h"
+#include "base/element_volume.h"
 
 namespace orvmesh::importing {
 namespace {

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "import/element_volume.h"
+#include "base/element_volume.h"
 #include "import/surfaces.h"
 #include "import/volume_mesh.h"
 

@@ -4,8 +4,8 @@
 #include <map>
 #include <tuple>
 
+#include "base/element_volume.h"
 #include "base/failure.h"
-#include "import/element_volume.h"
 #include "import/point_location.h"
 
 namespace orvmesh::importing {

@@ -1,7 +1,7 @@
 #include "sensor/maps.h"
 
-#include "base/ranges.h"
 #include "platform/cofedata.h"
+#include "platform/insert_membership.h"
 
 namespace orvmesh::sensor {
 namespace {
@@ -96,22 +96,12 @@ SensorCounts countSensors(const MeshModel& model) {
 }
 
 InsertFlags insertFlags(const MeshModel& model) {
-  const ElementTable& mold = model.elemM;
-  const auto isInsert = [&](std::int32_t e) {
-    return mold.holds(e) && kInsertWritten.holds(mold.material(e));
-  };
+  const auto& elementSensors = model.sensors[4 - 1];
+  const auto& nodeSensors = model.sensors[5 - 1];
+  const InsertMembership inserts(model, false, !nodeSensors.empty());
   InsertFlags flags;
-  for (const Sensor& sensor : model.sensors[4 - 1]) flags.elements.push_back(isInsert(sensor.ids[0]));
-  if (model.sensors[5 - 1].empty()) return flags;
-
-  OneBasedArray<std::uint8_t> onInsert(model.nodes.count());
-  for (std::int32_t e = 1; e <= mold.count(); ++e)
-    if (isInsert(e))
-      for (const std::int32_t n : mold.nodes(e)) onInsert[n] = 1;
-  for (const Sensor& sensor : model.sensors[5 - 1]) {
-    const std::int32_t n = sensor.ids[0];
-    flags.nodes.push_back(1 <= n && n <= onInsert.count() && onInsert[n] != 0);
-  }
+  for (const Sensor& sensor : elementSensors) flags.elements.push_back(inserts.holdsElement(sensor.ids[0]));
+  for (const Sensor& sensor : nodeSensors) flags.nodes.push_back(inserts.holdsNode(sensor.ids[0]));
   return flags;
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 
+#include "platform/header_counts.h"
 #include "platform/ofeio.h"
 #include "view/entry_words.h"
 
@@ -51,32 +52,6 @@ struct BlockShape {
   bool single = false;                       // the key holds one entry, not a list of them
 
   bool isObject() const { return row == nullptr; }
-};
-
-// Every block of an OFE file, in the order in which they are printed and written.
-enum BlockId : int {
-  kNodes,
-  kElementsPlastic,
-  kElementsMoldBase,
-  kElementsCoolChannel,
-  kElementSurfaces,
-  kBoundaryConditions,
-  kBadElementsPlastic,
-  kBadElementsMoldBase,
-  kBadElementsCoolChannel,
-  kChannelDiameters,
-  kChannelLines,
-  kChannelLayout,
-  kSensors,
-  kMoldMetal,
-  kChannelSurface,
-  kSurfaceConditions,
-  kSurfaceConditionNames,
-  kMoldMetalLayers,
-  kPartInsertLayers,
-  kChannelLayers,
-  kPartingDirection,
-  kBlockCount
 };
 
 const BlockShape& blockShape(int block);

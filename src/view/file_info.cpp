@@ -5,8 +5,8 @@
 #include "base/failure.h"
 #include "base/ranges.h"
 #include "platform/cofedata.h"
+#include "platform/header_counts.h"
 #include "platform/ofeio.h"
-#include "view/header_counts.h"
 
 namespace orvmesh::view {
 namespace {
@@ -85,7 +85,7 @@ void addOthers(FileInfo& info, const MeshModel& model, const FileContent& conten
 }
 
 void addNotes(FileInfo& info, const FileContent& content) {
-  for (const auto& [field, count] : headerCounts(content)) {
+  for (const auto& [field, count, what] : headerCounts(content)) {
     // Some count kinds as the materials of channels, some kinds and groups.
     if (info.header[field] == count || field == m_HEADER_NMatC) continue;
     info.notes.push_back("header field " + std::to_string(field) + " (" + std::string(nameOfField(field)) +

@@ -5,7 +5,7 @@
 #include "base/failure.h"
 #include "base/text_number.h"
 #include "platform/cofedata.h"
-#include "view/header_counts.h"
+#include "platform/header_counts.h"
 #include "view/json_complaint.h"
 #include "view/json_text.h"
 #include "view/ofe_json.h"
@@ -21,8 +21,8 @@ FieldSet filledFields(const std::string& path) {
   COFEData data;
   if (data.ReadDataBin(path.c_str(), nullptr, 0, false) != 1) throw Failure(path, data.errorText());
   FieldSet fields;
-  for (const auto& [field, count] : headerCounts(contentOf(data.model())))
-    if (count != 0) fields.set(static_cast<std::size_t>(field));
+  for (const FieldCount& row : headerCounts(contentOf(data.model())))
+    if (row.count != 0) fields.set(static_cast<std::size_t>(row.field));
   return fields;
 }
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "base/failure.h"
-#include "view/header_counts.h"
+#include "platform/header_counts.h"
 #include "view/json_complaint.h"
 #include "view/json_parse.h"
 #include "view/ofe_json.h"
@@ -32,8 +32,9 @@ FileContent contentOf(const JsonMesh& mesh) {
 }
 
 void fillCounts(JsonMesh& mesh) {
-  for (const auto& [field, count] : headerCounts(contentOf(mesh)))
-    if (!mesh.given.test(static_cast<std::size_t>(field))) mesh.header[field] = count;
+  for (const FieldCount& row : headerCounts(contentOf(mesh)))
+    if (!mesh.given.test(static_cast<std::size_t>(row.field)))
+      mesh.header[row.field] = static_cast<std::int32_t>(row.count);
 }
 
 // A field 0 of zero says nothing about the version.

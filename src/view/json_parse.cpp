@@ -6,7 +6,7 @@
 
 #include "base/failure.h"
 #include "base/text_number.h"
-#include "view/header_counts.h"
+#include "platform/header_counts.h"
 #include "view/json_block.h"
 #include "view/json_complaint.h"
 

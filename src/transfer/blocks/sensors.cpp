@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "base/checked.h"
+#include "platform/insert_membership.h"
 #include "transfer/blocks/mesh_blocks.h"
-#include "transfer/prepass/insert_membership.h"
 #include "transfer/solver_mesh_writer.h"
 
 namespace orvmesh::transfer {

@@ -39,8 +39,7 @@ std::int32_t highestChannelGroup(const SurfaceTable& surfaces) {
   for (std::int32_t s = 1; s <= surfaces.count(); ++s) {
     const auto face = surfaces[s];
     if (face.interfaceId != 4 || face.contactCode != 1) continue;
-    const std::int32_t group = tagGroup(face.tag);
-    highest = std::max(highest, kTaggedGroup.holds(group) ? group : face.boundaryType);
+    highest = std::max(highest, channelGroupOf(face.tag, face.boundaryType));
   }
   return highest;
 }

@@ -1,8 +1,8 @@
-#include "transfer/prepass/insert_membership.h"
+#include "platform/insert_membership.h"
 
 #include "base/ranges.h"
 
-namespace orvmesh::transfer {
+namespace orvmesh {
 
 InsertMembership::InsertMembership(const MeshModel& model, bool needsElements, bool needsNodes)
     : mold_(model.elemM) {
@@ -32,4 +32,4 @@ std::int32_t InsertMembership::ordinal(std::int32_t e) const {
   return 1 <= e && e <= ordinal_.count() ? ordinal_[e] : 0;
 }
 
-}  // namespace orvmesh::transfer
+}  // namespace orvmesh

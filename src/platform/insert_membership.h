@@ -1,11 +1,9 @@
 #pragma once
 
-#include <vector>
-
+#include "base/one_based.h"
 #include "platform/mesh_records.h"
-#include "transfer/prepass/results.h"
 
-namespace orvmesh::transfer {
+namespace orvmesh {
 
 // Where mold elements go when the inserts among them (material 5002..10001) are joined with the part.
 class InsertMembership {
@@ -24,4 +22,4 @@ class InsertMembership {
   OneBasedArray<std::uint8_t> nodes_;
 };
 
-}  // namespace orvmesh::transfer
+}  // namespace orvmesh

@@ -8,9 +8,34 @@
 #include <vector>
 
 #include "platform/mesh_records.h"
-#include "view/block_table.h"
 
-namespace orvmesh::view {
+namespace orvmesh {
+
+// Every block of an OFE file, in the order in which they are printed and written.
+enum BlockId : int {
+  kNodes,
+  kElementsPlastic,
+  kElementsMoldBase,
+  kElementsCoolChannel,
+  kElementSurfaces,
+  kBoundaryConditions,
+  kBadElementsPlastic,
+  kBadElementsMoldBase,
+  kBadElementsCoolChannel,
+  kChannelDiameters,
+  kChannelLines,
+  kChannelLayout,
+  kSensors,
+  kMoldMetal,
+  kChannelSurface,
+  kSurfaceConditions,
+  kSurfaceConditionNames,
+  kMoldMetalLayers,
+  kPartInsertLayers,
+  kChannelLayers,
+  kPartingDirection,
+  kBlockCount
+};
 
 struct NamedField {
   const char* name;
@@ -51,9 +76,10 @@ FileContent contentOf(const MeshModel& model);
 
 struct FieldCount {
   int field;
-  std::int32_t count;
+  std::int64_t count;
+  const char* what;  // is counted
 };
 // Every header word that counts something, ascending, with what it counts in the file.
 std::vector<FieldCount> headerCounts(const FileContent& content);
 
-}  // namespace orvmesh::view
+}  // namespace orvmesh

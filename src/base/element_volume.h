@@ -6,7 +6,7 @@
 
 #include "base/face_tables.h"
 
-namespace orvmesh::importing {
+namespace orvmesh {
 
 using Vector = std::array<double, 3>;
 
@@ -73,4 +73,4 @@ inline Vector areaVector(const std::array<Vector, 4>& p, bool triangle) {
   return 0.5 * cross(p[2] - p[0], triangle ? p[2] - p[1] : p[3] - p[1]);
 }
 
-}  // namespace orvmesh::importing
+}  // namespace orvmesh

@@ -1,10 +1,10 @@
-#include "view/header_counts.h"
+#include "platform/header_counts.h"
 
 #include <algorithm>
 
 #include "base/ranges.h"
 
-namespace orvmesh::view {
+namespace orvmesh {
 namespace {
 
 #define ORVMESH_FIELD(name) \
@@ -102,39 +102,42 @@ FileContent contentOf(const MeshModel& model) {
 
 std::vector<FieldCount> headerCounts(const FileContent& content) {
   const auto& entries = content.entries;
-  std::vector<FieldCount> counts;
-  const auto row = [&](int field, std::int64_t count) {
-    counts.push_back({field, static_cast<std::int32_t>(count)});
+  const auto& sensors = content.sensors;
+  return {
+      {m_HEADER_NElemP, entries[kElementsPlastic], "plastic elements"},
+      {m_HEADER_NElemM, entries[kElementsMoldBase], "mold elements"},
+      {m_HEADER_NElemC, entries[kElementsCoolChannel], "channel elements"},
+      {m_HEADER_NElemS, entries[kElementSurfaces], "surface elements"},
+      {m_HEADER_NNode, entries[kNodes], "nodes"},
+      {m_HEADER_NMatP, content.plastic.count(), "plastic materials"},
+      {m_HEADER_NMatM, content.mold.count(), "mold materials"},
+      {m_HEADER_NMatC, content.channel.count(), "kinds of channels"},
+      {m_HEADER_NMatI, content.inserts.count(), "part-insert materials"},
+      {m_HEADER_NSensor1, sensors[0], "part element sensors"},
+      {m_HEADER_NSensor2, sensors[1], "part node sensors"},
+      {m_HEADER_NSensor3, sensors[2], "surface sensors"},
+      {m_HEADER_NSensor4, sensors[3], "mold element sensors"},
+      {m_HEADER_NSensor5, sensors[4], "mold node sensors"},
+      {m_HEADER_NSensor6, sensors[5], "sensors of kind 6"},
+      {m_HEADER_NCCDiameter, entries[kChannelDiameters], "channel diameters"},
+      {m_HEADER_NCCLine, entries[kChannelLines] / 2, "channel lines"},
+      {m_HEADER_NLayoutPoint, content.layoutPoints, "layout points"},
+      {m_HEADER_NLayoutSegment, entries[kChannelLayout] - content.layoutPoints, "layout beams"},
+      {m_HEADER_NLayoutEntry, entries[kChannelLayout], "layout entries"},
+      {m_HEADER_NMIPoint, content.moldPoints, "mold-insert points"},
+      {m_HEADER_NMIFace, entries[kMoldMetal] - content.moldPoints, "mold-insert faces"},
+      {m_HEADER_NMIEntry, entries[kMoldMetal], "mold-insert entries"},
+      {m_HEADER_NCCSurfacePoint, content.channelSurfacePoints, "channel-surface points"},
+      {m_HEADER_NCCSurfaceFace, entries[kChannelSurface] - content.channelSurfacePoints,
+       "channel-surface faces"},
+      {m_HEADER_NCCSurfaceEntry, entries[kChannelSurface], "channel-surface entries"},
+      {m_HEADER_NBoundaryCondition, entries[kBoundaryConditions], "boundary conditions"},
+      {m_HEADER_NSurfaceBC, entries[kSurfaceConditions], "boundary-condition lists"},
+      {m_HEADER_NSurfaceBCName, entries[kSurfaceConditionNames], "boundary-condition names"},
+      {m_HEADER_NBadP, entries[kBadElementsPlastic], "bad plastic elements"},
+      {m_HEADER_NBadM, entries[kBadElementsMoldBase], "bad mold elements"},
+      {m_HEADER_NBadC, entries[kBadElementsCoolChannel], "bad channel elements"},
   };
-  row(m_HEADER_NElemP, entries[kElementsPlastic]);
-  row(m_HEADER_NElemM, entries[kElementsMoldBase]);
-  row(m_HEADER_NElemC, entries[kElementsCoolChannel]);
-  row(m_HEADER_NElemS, entries[kElementSurfaces]);
-  row(m_HEADER_NNode, entries[kNodes]);
-  row(m_HEADER_NMatP, content.plastic.count());
-  row(m_HEADER_NMatM, content.mold.count());
-  row(m_HEADER_NMatC, content.channel.count());
-  row(m_HEADER_NMatI, content.inserts.count());
-  for (int kind = 0; kind < 6; ++kind)
-    row(m_HEADER_NSensor1 + kind, content.sensors[static_cast<std::size_t>(kind)]);
-  row(m_HEADER_NCCDiameter, entries[kChannelDiameters]);
-  row(m_HEADER_NCCLine, entries[kChannelLines] / 2);
-  row(m_HEADER_NLayoutPoint, content.layoutPoints);
-  row(m_HEADER_NLayoutSegment, entries[kChannelLayout] - content.layoutPoints);
-  row(m_HEADER_NLayoutEntry, entries[kChannelLayout]);
-  row(m_HEADER_NMIPoint, content.moldPoints);
-  row(m_HEADER_NMIFace, entries[kMoldMetal] - content.moldPoints);
-  row(m_HEADER_NMIEntry, entries[kMoldMetal]);
-  row(m_HEADER_NCCSurfacePoint, content.channelSurfacePoints);
-  row(m_HEADER_NCCSurfaceFace, entries[kChannelSurface] - content.channelSurfacePoints);
-  row(m_HEADER_NCCSurfaceEntry, entries[kChannelSurface]);
-  row(m_HEADER_NBoundaryCondition, entries[kBoundaryConditions]);
-  row(m_HEADER_NSurfaceBC, entries[kSurfaceConditions]);
-  row(m_HEADER_NSurfaceBCName, entries[kSurfaceConditionNames]);
-  row(m_HEADER_NBadP, entries[kBadElementsPlastic]);
-  row(m_HEADER_NBadM, entries[kBadElementsMoldBase]);
-  row(m_HEADER_NBadC, entries[kBadElementsCoolChannel]);
-  return counts;
 }
 
-}  // namespace orvmesh::view
+}  // namespace orvmesh
