@@ -74,19 +74,6 @@ bool DumpReader::open(const BlockRow& row, Header header) {
   return true;
 }
 
-int DumpReader::readOne(Block block, Header header, int& value) {
-  if (const int result = seek(block, header); result < 1) return result;
-  const bool there = encoding_ == Encoding::Text ? text_.readOne(value) : blocks_.readOne(index_, value);
-  return there ? index_++ : kEndOfBlock;
-}
-
-int DumpReader::readPair(Block block, Header header, int& first, int& second) {
-  if (const int result = seek(block, header); result < 1) return result;
-  const bool there =
-      encoding_ == Encoding::Text ? text_.readPair(first, second) : blocks_.readPair(index_, first, second);
-  return there ? index_++ : kEndOfBlock;
-}
-
 bool DumpReader::beginGroup() {
   const auto stored = encoding_ == Encoding::Text ? text_.readGroupCount() : blocks_.readGroupCount(index_);
   if (!stored) return false;

@@ -17,8 +17,18 @@ class DumpReader {
   int begin(const char* path, Header header);
   int end();
 
-  int readOne(Block block, Header header, int& value);
-  int readPair(Block block, Header header, int& first, int& second);
+  // Here, so that the exported operations are one call per entry.
+  int readOne(Block block, Header header, int& value) {
+    if (const int result = seek(block, header); result < 1) return result;
+    const bool there = encoding_ == Encoding::Text ? text_.readOne(value) : blocks_.readOne(index_, value);
+    return there ? index_++ : kEndOfBlock;
+  }
+  int readPair(Block block, Header header, int& first, int& second) {
+    if (const int result = seek(block, header); result < 1) return result;
+    const bool there =
+        encoding_ == Encoding::Text ? text_.readPair(first, second) : blocks_.readPair(index_, first, second);
+    return there ? index_++ : kEndOfBlock;
+  }
   int readItem(Header header, bool& newGroup, int& itemCount, int& first, int& second);
 
   const std::string& errorText() const { return error_; }

@@ -81,24 +81,6 @@ bool DumpWriter::start(Block block, Header header) {
   return true;
 }
 
-int DumpWriter::writeOne(Block block, Header header, int value) {
-  if (!seek(block, header)) return kBlockRows[block].refusal;
-  if (isText())
-    text_.writeOne(value);
-  else if (!blocks_.writeOne(index_, value))
-    return kBlockRows[block].refusal;
-  return index_++;
-}
-
-int DumpWriter::writePair(Block block, Header header, int first, int second) {
-  if (!seek(block, header)) return kBlockRows[block].refusal;
-  if (isText())
-    text_.writePair(first, second);
-  else if (!blocks_.writePair(index_, first, second))
-    return kBlockRows[block].refusal;
-  return index_++;
-}
-
 bool DumpWriter::beginGroup(int itemCount) {
   if (isText())
     text_.beginGroup(itemCount);

@@ -16,8 +16,23 @@ class DumpWriter {
   int begin(const char* path, int version, Header header, std::int64_t mostEntries);
   int end();
 
-  int writeOne(Block block, Header header, int value);
-  int writePair(Block block, Header header, int first, int second);
+  // Here, so that the exported operations are one call per entry.
+  int writeOne(Block block, Header header, int value) {
+    if (!seek(block, header)) return kBlockRows[block].refusal;
+    if (isText())
+      text_.writeOne(value);
+    else if (!blocks_.writeOne(index_, value))
+      return kBlockRows[block].refusal;
+    return index_++;
+  }
+  int writePair(Block block, Header header, int first, int second) {
+    if (!seek(block, header)) return kBlockRows[block].refusal;
+    if (isText())
+      text_.writePair(first, second);
+    else if (!blocks_.writePair(index_, first, second))
+      return kBlockRows[block].refusal;
+    return index_++;
+  }
   int writeItem(Header header, bool newGroup, int itemCount, int first, int second);
 
   const std::string& errorText() const { return error_; }

@@ -1,5 +1,7 @@
 #include "platform/binio.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <exception>
@@ -18,6 +20,14 @@ using orvmesh::embedded::BlockReader;
 using orvmesh::embedded::BlockWriter;
 
 namespace {
+
+// Asks for pages of 2 MiB; a hint only, and of use only where a column spans some of them.
+void preferLargePages(void* memory, std::size_t size) {
+  constexpr std::size_t kPage = std::size_t{1} << 21;
+  void* at = memory;
+  std::size_t room = size;
+  if (std::align(kPage, kPage, at, room) != nullptr) (void)::madvise(at, room / kPage * kPage, MADV_HUGEPAGE);
+}
 
 struct Free {
   void operator()(void* memory) const { std::free(memory); }
@@ -53,11 +63,12 @@ class Column {
   void resize(std::size_t size) { own(size); }
 
  private:
-  // Untouched pages of new memory cost nothing until they are written.
+  // Untouched pages of new memory cost nothing until they are written, large ones little when they are.
   void own(std::size_t size) {
     std::unique_ptr<T[], Free> memory(
         static_cast<T*>(std::calloc(std::max<std::size_t>(size, 1), sizeof(T))));
     if (!memory) throw std::bad_alloc();
+    preferLargePages(memory.get(), size * sizeof(T));
     std::copy_n(view_.data(), std::min(size, view_.size()), memory.get());
     owned_ = std::move(memory);
     file_.reset();
