@@ -23,6 +23,16 @@ enum NodeTypeCode : int {
   NodeType_HeaterFace = 12
 };
 
+// What GetTargetNumbers_Link tells the numbers of.
+enum TargetNumbering : int {
+  TargetNumbering_Node,
+  TargetNumbering_ElementPlastic,
+  TargetNumbering_ElementMoldBase,
+  TargetNumbering_ElementCoolChannel,
+  TargetNumbering_ElementSurface,
+  TargetNumbering_Sensor
+};
+
 // Assembles the meshes that the cooling solver reads from one component OFE file, in six variants.
 //
 // Each TransferMesh_ operation takes the source path and the target path, reads the whole source, and writes
@@ -104,6 +114,18 @@ class ORVMESH_API COrvMeshFormatTransfer {
   // Surface elements and sensors of the source that the last target does not hold, a line for each reason:
   // "WHICH: COUNT" and a line feed. Valid until the next operation.
   const char* GetDropped_Link() const;
+  // With true, the TransferMesh_ operations keep the numbers that the source's entries get in the target (4
+  // bytes per entry). Off as constructed.
+  void SetKeepTargetNumbers(bool on);
+  // Numbers in the target that the last operation wrote: entry i, from 1 to count, is that of the source's
+  // i-th node, element of the list, surface element or sensor; 0 when the target does not hold it. Elements
+  // are counted through the target's plastic, then mold, then channel elements; sensors, in both meshes,
+  // through the types 1, 2, 4, 5 and 6. Null and count 0 when no numbers were kept. Owned by the object,
+  // valid until its next operation; entry 0 is 0.
+  const int* GetTargetNumbers_Link(TargetNumbering of, int& count) const;
+  // Surface numbers, in the source, of its channel ends (interface 4), ascending; entries, ownership and
+  // validity as above.
+  const int* GetChannelEnds_Link(int& count) const;
 
  private:
   struct Calls;
@@ -121,6 +143,8 @@ class ORVMESH_API COrvMeshFormatTransfer {
   char m_LogFilePath[512];
   bool m_STLDiagnostics = false;
   bool m_StopOnRefusedSource = false;
+  bool m_KeepTargetNumbers = false;
+  std::shared_ptr<const void> m_TargetNumbers;
   std::string m_ErrorMessage;
   std::string m_Warnings;
   std::string m_Dropped;

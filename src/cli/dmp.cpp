@@ -53,12 +53,16 @@ int info(const Options& options) {
   std::string text = "version  " + std::to_string(content.header.version) + ", " +
                      (isText ? "text" : "block") + " form\nheader  " + headerText(content.header) + "\n\n" +
                      blockTable(content).text();
+  for (const std::string& note : content.notes) text += "\nnote: " + note;
   for (const std::string& loss : dmpio::lossesOfAnyCopy(content)) text += "\nnote: " + loss;
   view::printText(text + (text.ends_with('\n') ? "" : "\n"));
   return 0;
 }
 
 int dump(const Options& options) {
+  const DumpInfo content = read(options.source);
+  for (const std::string& note : content.notes)
+    std::fprintf(stderr, "orvmesh: %s: warning: %s\n", options.source.c_str(), note.c_str());
   const ProgressLine progress("dumping " + options.source);
   if (options.target.empty()) {
     dmpio::dumpAsJson(options.source, view::printText);
@@ -80,6 +84,8 @@ int convert(const Options& options) {
     // The result is 1 whatever happened.
     if (*dump.getErrorText() != '\0') throw Failure(options.target, dump.getErrorText());
   }
+  for (const std::string& note : source.notes)
+    std::fprintf(stderr, "orvmesh: %s: warning: %s\n", options.source.c_str(), note.c_str());
   for (const std::string& loss : dmpio::lossesOfCopy(source, read(options.target)))
     std::fprintf(stderr, "orvmesh: %s: warning: %s\n", options.target.c_str(), loss.c_str());
   return 0;

@@ -176,6 +176,5 @@ int DMPIO_Manipulator_C::writeElementSurface103104MapBlockEntry(int value) {
 }
 int DMPIO_Manipulator_C::writeElementCoolLineToFaceMapBlockEntryItemPair(bool newGroup, int itemCount,
                                                                          int first, int second) {
-  return safely(-1,
-                [&] { return m_State->writer.writeItem(Header(*this), newGroup, itemCount, first, second); });
+  return m_State->writeItem(Header(*this), newGroup, itemCount, first, second);
 }

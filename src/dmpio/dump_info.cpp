@@ -20,11 +20,21 @@ class Counter : public DumpVisitor {
     inGroup_ = true;
   }
   void endGroup() override { inGroup_ = false; }
+  void note(const std::string& text) override {
+    if (++notes_ <= kMostNotes) info_.notes.push_back(text);
+  }
+  void finish() {
+    if (notes_ > kMostNotes)
+      info_.notes.push_back("and " + std::to_string(notes_ - kMostNotes) + " more of these");
+  }
 
  private:
+  static constexpr std::int64_t kMostNotes = 10;
+
   DumpInfo& info_;
   DumpInfo::BlockInfo* block_ = nullptr;
   bool inGroup_ = false;
+  std::int64_t notes_ = 0;
 };
 
 Amount readBlock(DumpReader& reader, Block block, Header header) {
@@ -102,6 +112,7 @@ DumpInfo readDumpInfo(const std::string& path) {
   info.header = readDumpHeader(path);
   Counter counter(info);
   walkDump(path, info.header.encoding, counter);
+  counter.finish();
 
   DMPIO_Manipulator_C members;
   const Header header(members);

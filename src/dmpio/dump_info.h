@@ -24,6 +24,7 @@ struct DumpInfo {
   };
   DumpHeader header;
   std::array<BlockInfo, kBlocks> blocks;
+  std::vector<std::string> notes;  // of values that do not go together; many of a kind are counted only
 
   // What convert carries over of a block at the most.
   Amount copied(Block block) const;

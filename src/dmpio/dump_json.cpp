@@ -53,6 +53,7 @@ class JsonPrinter : public DumpVisitor {
     out_ += ']';
     separator_ = ",\n  ";
   }
+  void note(const std::string&) override {}
   void finish() {
     out_ += "}\n";
     sink_(out_);

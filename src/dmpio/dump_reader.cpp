@@ -20,6 +20,7 @@ int DumpReader::begin(const char* path, Header header) {
   if (path == nullptr) return fail(0, "no file is named");
   if (reading_) return fail(0, "cannot be read: another file is being read");
   const int version = versionOf(path);
+  // By the version alone, though the file may be of the other form: it is then refused.
   const bool isBlocks = encodingOf(version) == Encoding::Block;
   const int result = isBlocks ? beginBlocks(path, header, version) : beginText(path, header, version);
   if (result < 1) {
@@ -37,13 +38,20 @@ int DumpReader::beginText(const char* path, Header header, int version) {
   if (!text_.open(path)) return fail(0, text_.errorText());
   if (version == -2) return fail(0, "is no sound block file");
   if (version == -1) return fail(-1, "is no mapping dump (one begins with the byte \"0\" or \"1\")");
-  if (!isSupported(version))
-    return fail(-1, "has version " + std::to_string(version) + " (legal: 1020, 1022, 1023, 2001 and above)");
+  const bool isBlockFile = text_.firstByte() == '0';
+  const int result = isSupported(version) ? 0 : -1;
+  if (isBlockFile && version == 0) return fail(result, "has no sound header block");
+  if (isBlockFile)
+    return fail(result, "is a block file of version " + std::to_string(version) + " (legal: 2001 and above)");
+  if (result < 0)
+    return fail(result, "has version " + std::to_string(version) +
+                            " (legal: 1020, 1022, 1023, 2001 and above in the block form)");
   return text_.readHeader(header) ? 1 : fail(0, "has no complete header");
 }
 
 int DumpReader::beginBlocks(const char* path, Header header, int version) {
-  if (!blocks_.open(path)) return fail(0, "is no sound block file");
+  if (!blocks_.open(path))
+    return fail(0, "is a text file of version " + std::to_string(version) + " (legal: 1020, 1022, 1023)");
   if (blocks_.readHeader(header, version)) return 1;
   blocks_.close();
   return fail(0, "has no sound header block of " + std::to_string(headerValues(Encoding::Block, version)) +

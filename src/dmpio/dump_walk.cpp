@@ -23,7 +23,9 @@ class BlockWalk {
   [[noreturn]] void fail(const BlockRow& row, const std::string& what) const {
     throw Failure(path_, "block " + std::to_string(row.id) + " (" + row.name + ") " + what);
   }
+  void note(const BlockRow& row, const std::string& what) { visitor_.note(row.name + (" " + what)); }
   void walk(Block block);
+  void walkPairs(const BlockRow& row);
   void walkGroups(const BlockRow& row);
   std::int64_t sizeOf(int vector) {
     return std::max<std::int64_t>(0, file_.currentBlock().getVectorSize('I', vector));
@@ -41,30 +43,37 @@ void BlockWalk::walk(Block block) {
   if (result < 0) fail(row, "is damaged: its checksum does not match");
   if (result == 0) return;
   visitor_.beginBlock(block);
-  const std::int64_t count = sizeOf(0);
-  if (row.shape == Shape::Pair && sizeOf(1) != count)
-    fail(row, "has " + std::to_string(count) + " first and " + std::to_string(sizeOf(1)) + " second values");
   if (row.shape == Shape::Groups)
     walkGroups(row);
   else if (row.shape == Shape::Pair)
-    for (std::int64_t i = 0; i < count; ++i) visitor_.pair(valueAt(0, i), valueAt(1, i));
+    walkPairs(row);
   else
-    for (std::int64_t i = 0; i < count; ++i) visitor_.one(valueAt(0, i));
+    for (std::int64_t i = 0; i < sizeOf(0); ++i) visitor_.one(valueAt(0, i));
   visitor_.endBlock();
+}
+
+void BlockWalk::walkPairs(const BlockRow& row) {
+  const std::int64_t firsts = sizeOf(0), seconds = sizeOf(1);
+  for (std::int64_t i = 0; i < std::min(firsts, seconds); ++i) visitor_.pair(valueAt(0, i), valueAt(1, i));
+  if (firsts != seconds)
+    note(row, "has " + std::to_string(firsts) + " first and " + std::to_string(seconds) + " second values");
 }
 
 void BlockWalk::walkGroups(const BlockRow& row) {
   std::int64_t at = 0;
   for (std::int64_t group = 0; group < sizeOf(0); ++group) {
     const int stored = valueAt(0, group);
-    if (stored < 0 || stored % 2 != 0 || stored > sizeOf(1) - at)
-      fail(row, "stores " + std::to_string(stored) + " values for line " + std::to_string(group) +
-                    " (legal: an even number of at most " + std::to_string(sizeOf(1) - at) + ")");
+    const std::int64_t there = std::min<std::int64_t>(stored, sizeOf(1) - at) & ~std::int64_t{1};
     visitor_.beginGroup();
-    for (const std::int64_t end = at + stored; at < end; at += 2)
+    for (const std::int64_t end = at + there; at < end; at += 2)
       visitor_.pair(valueAt(1, at), valueAt(1, at + 1));
     visitor_.endGroup();
+    if (there != stored)
+      note(row, "stores " + std::to_string(stored) + " values for line " + std::to_string(group) + ", " +
+                    std::to_string(std::max<std::int64_t>(there, 0)) +
+                    " can be used (legal: an even number)");
   }
+  if (at < sizeOf(1)) note(row, "has " + std::to_string(sizeOf(1) - at) + " values that belong to no line");
 }
 
 class TextWalk {
@@ -155,6 +164,11 @@ void TextWalk::walkGroup(const BlockRow& row, std::int64_t entry) {
   for (int i = 0; i < count; ++i) {
     int first = 0;
     int second = 0;
+    if (!hasEntry()) {  // the block after a line that was never completed
+      visitor_.note(std::string(row.name) + "[" + std::to_string(entry) + "] has " + std::to_string(i) +
+                    " of " + std::to_string(count) + " items");
+      break;
+    }
     if (!input_.readNumber(first) || !input_.readNumber(second))
       fail(row, entry, "has fewer items than it begins with");
     visitor_.pair(first, second);

@@ -18,6 +18,8 @@ class DumpVisitor {
   // A line of the line-to-face map and its items, each of them a call of pair.
   virtual void beginGroup() = 0;
   virtual void endGroup() = 0;
+  // Values that do not go together, as a caller leaves them who stops in the middle: what and where.
+  virtual void note(const std::string& text) = 0;
 };
 
 struct DumpHeader {

@@ -39,6 +39,7 @@ int DumpWriter::end() {
   writing_ = false;
   count_ = 0;
   if (outOfMemory_) {
+    text_ = {};
     blocks_ = {};
     return fail(0, "cannot be completed: out of memory");
   }

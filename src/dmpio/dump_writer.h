@@ -35,6 +35,9 @@ class DumpWriter {
   }
   int writeItem(Header header, bool newGroup, int itemCount, int first, int second);
 
+  // The file will not be completed.
+  void giveUp() { outOfMemory_ = true; }
+
   const std::string& errorText() const { return error_; }
 
  private:

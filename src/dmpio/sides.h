@@ -32,15 +32,29 @@ struct Sides {
     return safely(-2, [&] { return reader.readPair(block, header, first, second); });
   }
   int writeOne(Block block, Header header, int value) {
-    return safely(kBlockRows[block].refusal, [&] { return writer.writeOne(block, header, value); });
+    return write(block, [&] { return writer.writeOne(block, header, value); });
   }
   int writePair(Block block, Header header, int first, int second) {
-    return safely(kBlockRows[block].refusal, [&] { return writer.writePair(block, header, first, second); });
+    return write(block, [&] { return writer.writePair(block, header, first, second); });
+  }
+  int writeItem(Header header, bool newGroup, int itemCount, int first, int second) {
+    return write(kLineToFaceMap,
+                 [&] { return writer.writeItem(header, newGroup, itemCount, first, second); });
   }
   // Copies from the file being read to the one being written: 1, or 0 when the source turned out damaged.
   int copyBlocks(Header header);
 
  private:
+  // An entry that was written in part makes a file that must not be completed.
+  template <class Work>
+  int write(Block block, Work work) {
+    try {
+      return work();
+    } catch (const std::exception&) {
+      writer.giveUp();
+      return kBlockRows[block].refusal;
+    }
+  }
   void copyBlock(Block block, Header header);
 };
 

@@ -17,6 +17,8 @@ class TextSource {
 
   bool open(const char* path);
   void close() { input_->close(); }
+  // Of a file just opened; -1 when it is empty.
+  int firstByte() { return input_->peek(); }
   // Sets the values that the version in the file has; false when the header is not there or does not end.
   bool readHeader(Header header);
   // Scans forward to the block's heading; the number of entries that the header announces, if it is found.

@@ -46,6 +46,11 @@ void copyOut(const std::shared_ptr<int[]>& values, int count, int* out) {
   if (values) std::copy_n(values.get() + 1, count, out + 1);
 }
 
+const int* handOut(const OneBasedArray<std::int32_t>& values, int& count) {
+  count = values.count();
+  return values.data();
+}
+
 std::string targetError(const COrvSolverMeshWriter& worker, const char* target) {
   const std::string name = std::string(target) + ": ";
   if (!worker.writer.errorText().empty()) return name + worker.writer.errorText();
@@ -95,6 +100,7 @@ struct COrvMeshFormatTransfer::Calls {
     self.m_ErrorMessage.clear();
     self.m_Warnings.clear();
     self.m_Dropped.clear();
+    self.m_TargetNumbers.reset();
     const bool read = worker.ReadDataBin(src, self.m_LogFilePath, mode, false) == 1;
     if (!read) self.m_ErrorMessage = std::string(src) + ": " + worker.errorText();
     for (const auto& line : worker.warnings()) self.m_Warnings += line + "\n";
@@ -105,7 +111,10 @@ struct COrvMeshFormatTransfer::Calls {
   }
 
   void write(const Variant& variant, COrvSolverMeshWriter& worker, const char* dst) {
-    if (writeVariant(variant, worker, dst) != 1 && self.m_ErrorMessage.empty())
+    if (self.m_KeepTargetNumbers) worker.numbers = std::make_shared<TargetNumbers>(worker.model());
+    if (writeVariant(variant, worker, dst) == 1)
+      self.m_TargetNumbers = worker.numbers;
+    else if (self.m_ErrorMessage.empty())
       self.m_ErrorMessage = targetError(worker, dst);
     for (const Dropped& entry : worker.found.dropped)
       self.m_Dropped += std::string(entry.what) + ": " + std::to_string(entry.count) + "\n";
@@ -302,3 +311,32 @@ void COrvMeshFormatTransfer::SetStopOnRefusedSource(bool stop) { m_StopOnRefused
 const char* COrvMeshFormatTransfer::GetErrorMessage_Link() const { return m_ErrorMessage.c_str(); }
 const char* COrvMeshFormatTransfer::GetDropped_Link() const { return m_Dropped.c_str(); }
 const char* COrvMeshFormatTransfer::GetWarnings_Link() const { return m_Warnings.c_str(); }
+
+void COrvMeshFormatTransfer::SetKeepTargetNumbers(bool on) { m_KeepTargetNumbers = on; }
+
+const int* COrvMeshFormatTransfer::GetTargetNumbers_Link(TargetNumbering of, int& count) const {
+  const auto* const numbers = static_cast<const TargetNumbers*>(m_TargetNumbers.get());
+  switch (numbers == nullptr ? -1 : static_cast<int>(of)) {
+    case TargetNumbering_Node:
+      return handOut(numbers->nodes(), count);
+    case TargetNumbering_ElementPlastic:
+      return handOut(numbers->elements(ElementList::Plastic), count);
+    case TargetNumbering_ElementMoldBase:
+      return handOut(numbers->elements(ElementList::Mold), count);
+    case TargetNumbering_ElementCoolChannel:
+      return handOut(numbers->elements(ElementList::Channel), count);
+    case TargetNumbering_ElementSurface:
+      return handOut(numbers->surfaces(), count);
+    case TargetNumbering_Sensor:
+      return handOut(numbers->sensors(), count);
+    default:
+      count = 0;
+      return nullptr;
+  }
+}
+
+const int* COrvMeshFormatTransfer::GetChannelEnds_Link(int& count) const {
+  count = 0;
+  const auto* const numbers = static_cast<const TargetNumbers*>(m_TargetNumbers.get());
+  return numbers == nullptr ? nullptr : handOut(numbers->channelEnds(), count);
+}

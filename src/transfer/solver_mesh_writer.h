@@ -8,6 +8,7 @@
 #include "platform/cofedata.h"
 #include "platform/ofeio.h"
 #include "transfer/prepass/results.h"
+#include "transfer/target_numbers.h"
 
 namespace orvmesh::transfer {
 struct HeaderRule;
@@ -45,6 +46,7 @@ class COrvSolverMeshWriter : public COFEData {
   const orvmesh::transfer::HeaderRule* headerRule = nullptr;
   int m_DebugLog = 0;
   bool stlDiagnostics = false;
+  std::shared_ptr<orvmesh::transfer::TargetNumbers> numbers;  // null when nobody asks for them
   std::shared_ptr<orvmesh::transfer::FaceDrawings> drawings;  // made at their first use
   std::ostream& console;
   std::istream& consoleInput;

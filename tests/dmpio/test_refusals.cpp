@@ -1,6 +1,10 @@
+#include <algorithm>
 #include <filesystem>
+#include <functional>
 
 #include "dmpio/dump_content.h"
+#include "dmpio/dump_info.h"
+#include "platform/binio.h"
 
 // Result codes: of versions, of files that cannot be read or written, of blocks out of order, of bad bytes.
 namespace orvmesh::test {
@@ -67,6 +71,74 @@ TEST(DumpRefusals, FilesThatAreNoDumps) {
   for (const char* const missing : {"/no/such/file", "/dev/null", "/", static_cast<const char*>(nullptr)}) {
     EXPECT_EQ(Dump::getFileVersion(missing), -2);
     EXPECT_EQ(Dump().beginReading(missing, nullptr), 0);
+  }
+}
+
+// A header block with these values in a block file.
+void writeHeaderBlock(const std::string& path, std::initializer_list<int> values) {
+  BINIO_BinaryFile file;
+  ASSERT_EQ(file.beginWriting(path.c_str()), 1);
+  BINIO_BinaryBlock& block = file.currentBlock();
+  block.setVectorCount('I', 1);
+  block.setVectorSize('I', 0, static_cast<std::int64_t>(values.size()));
+  std::copy(values.begin(), values.end(), block.setValues(0));
+  ASSERT_EQ(file.writeBlock(10000), 1);
+  ASSERT_EQ(file.endWriting(), 1);
+}
+
+TEST(DumpRefusals, TheReasonFitsTheForm) {
+  struct Row {
+    std::function<void(const std::string&)> make;
+    int result;
+    const char* reason;
+  };
+  const TempDir dir;
+  const std::string path = dir / "dump";
+  for (const Row& row :
+       {Row{[](auto& p) { writeBytes(p, "1\n[HEADER]\n2004 0\n["); }, 0, "is a text file of version 2004"},
+        Row{[](auto& p) { writeBytes(p, "1\n[HEADER]\n1021 0\n["); }, -1, "has version 1021"},
+        Row{[](auto& p) {
+              writeHeaderBlock(p, {1020, 0, 0, 0, 0, 0, 0});
+            },
+            0, "is a block file of version 1020"},
+        Row{[](auto& p) {
+              writeHeaderBlock(p, {1021, 0, 0, 0, 0, 0, 0});
+            },
+            -1, "is a block file of version 1021"},
+        Row{[](auto& p) {
+              writeHeaderBlock(p, {2004, 0, 0});
+            },
+            0, "has no sound header block of 11 values"},
+        Row{[](auto& p) {
+              writeHeaderBlock(p, {2004, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+              std::string bytes = bytesOf(p);
+              bytes[64] = static_cast<char>(bytes[64] ^ 1);
+              writeBytes(p, bytes);
+            },
+            -1, "has no sound header block"}}) {
+    row.make(path);
+    Dump dump;
+    EXPECT_EQ(dump.beginReading(path.c_str(), nullptr), row.result) << row.reason;
+    EXPECT_EQ(std::string(dump.getErrorText()).rfind(row.reason, 0), 0U) << dump.getErrorText();
+  }
+}
+
+TEST(DumpRefusals, AWriterThatStopsInALineLeavesAFileThatCanBeLookedAt) {
+  const TempDir dir;
+  const std::string path = dir / "dump";
+  for (const int version : {1023, 2004}) {
+    Dump dump;
+    dump.m_HEADER_NElemCoolLineToFaceMap = 2;
+    dump.m_HEADER_NSensorMap = 1;
+    ASSERT_EQ(dump.beginWriting(path.c_str(), version), 1);
+    dump.writeElementCoolLineToFaceMapBlockEntryItemPair(true, 1, 1, 2);
+    dump.writeElementCoolLineToFaceMapBlockEntryItemPair(true, 3, 3, 4);
+    dump.writeSensorMapBlockEntry(7);
+    ASSERT_EQ(dump.endWriting(), 1);
+    const auto info = dmpio::readDumpInfo(path);
+    EXPECT_EQ(info.blocks[dmpio::kSensorMap].inFile.entries, 1) << version;
+    EXPECT_EQ(info.blocks[dmpio::kLineToFaceMap].inFile.entries, 2) << version;
+    EXPECT_FALSE(info.notes.empty()) << version;
   }
 }
 

@@ -25,12 +25,14 @@ std::int32_t countMembers(const Sensors& sensors, Member member) {
   return static_cast<std::int32_t>(std::count_if(sensors.begin(), sensors.end(), member));
 }
 
-// Writes the sensors for which `taken` holds, after `change` has had the ids in hand.
+// Writes those sensors of listKind for which `taken` holds as sensors of `kind`, after `change` has had the
+// ids in hand.
 template <class Taken, class Change>
-void writeSensors(COrvSolverMeshWriter& worker, const Sensors& sensors, int kind, Taken taken,
-                  Change change) {
+void writeSensors(COrvSolverMeshWriter& worker, int listKind, int kind, Taken taken, Change change) {
   const float r = inverseLengthFactor(worker);
-  for (const Sensor& sensor : sensors) {
+  const Sensors& sensors = ofKind(worker, listKind);
+  for (std::size_t i = 0; i < sensors.size(); ++i) {
+    const Sensor& sensor = sensors[i];
     if (!taken(sensor)) continue;
     int ids[4];
     std::copy_n(sensor.ids, 4, ids);
@@ -38,6 +40,7 @@ void writeSensors(COrvSolverMeshWriter& worker, const Sensors& sensors, int kind
     worker.writer.writeSensorInfoBlockEntry(kind, ids, static_cast<float>(sensor.x) * r,
                                             static_cast<float>(sensor.y) * r,
                                             static_cast<float>(sensor.z) * r);
+    if (worker.numbers) worker.numbers->sensorWritten(listKind, i);
   }
 }
 
@@ -52,11 +55,11 @@ bool every(const Sensor&) { return true; }
 void unchanged(int*) {}
 
 void writeAsStored(COrvSolverMeshWriter& worker, int listKind, int kind) {
-  writeSensors(worker, ofKind(worker, listKind), kind, every, unchanged);
+  writeSensors(worker, listKind, kind, every, unchanged);
 }
 
 void writeSurfaceSensors(COrvSolverMeshWriter& worker) {
-  writeSensors(worker, ofKind(worker, 3), 3, every, [&](int* ids) {
+  writeSensors(worker, 3, 3, every, [&](int* ids) {
     const auto& numbering = worker.found.surfaceNumbering;
     const bool known = numbering && 1 <= ids[1] && ids[1] <= numbering->newNumber.count();
     ids[1] = known ? numbering->newNumber[ids[1]] : 0;
@@ -81,12 +84,12 @@ void WriteOfeSensorBin(COrvSolverMeshWriter& worker) {
                     countOf(worker, 4) - elementsIn, countOf(worker, 5) - nodesIn, countOf(worker, 6)});
   const int offset = worker.model().elemP.count();
   writeAsStored(worker, 1, 1);
-  writeSensors(worker, elements, 1, elementIn, [&](int* ids) { ids[0] = offset + inserts.ordinal(ids[0]); });
+  writeSensors(worker, 4, 1, elementIn, [&](int* ids) { ids[0] = offset + inserts.ordinal(ids[0]); });
   writeAsStored(worker, 2, 2);
-  writeSensors(worker, nodes, 2, nodeIn, unchanged);
+  writeSensors(worker, 5, 2, nodeIn, unchanged);
   writeSurfaceSensors(worker);
-  writeSensors(worker, elements, 4, elementOut, [&](int* ids) { ids[0] = inserts.ordinal(ids[0]); });
-  writeSensors(worker, nodes, 5, nodeOut, unchanged);
+  writeSensors(worker, 4, 4, elementOut, [&](int* ids) { ids[0] = inserts.ordinal(ids[0]); });
+  writeSensors(worker, 5, 5, nodeOut, unchanged);
   writeAsStored(worker, 6, 6);
 }
 
@@ -97,7 +100,7 @@ void WriteOfeSensorBin_Unsplit(COrvSolverMeshWriter& worker) {
                     countOf(worker, 3), 0, 0, countOf(worker, 6)});
   const int offset = worker.model().elemP.count();
   writeAsStored(worker, 1, 1);
-  writeSensors(worker, ofKind(worker, 4), 1, every, [&](int* ids) { ids[0] = wrappingSum(ids[0], offset); });
+  writeSensors(worker, 4, 1, every, [&](int* ids) { ids[0] = wrappingSum(ids[0], offset); });
   writeAsStored(worker, 2, 2);
   writeAsStored(worker, 5, 2);
   writeSurfaceSensors(worker);

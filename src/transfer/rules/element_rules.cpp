@@ -111,6 +111,7 @@ void writePass(const ElementPass& pass, COrvSolverMeshWriter& worker) {
     std::copy_n(element.nodes.begin(), std::min<std::size_t>(element.nodes.size(), 8), nodes);
     (worker.writer.*write)(element.nodeCount(), nodes, markOf(pass.material, element),
                            markOf(pass.group, element), static_cast<float>(element.value));
+    if (worker.numbers) worker.numbers->elementWritten(pass.from, e);
   }
 }
 

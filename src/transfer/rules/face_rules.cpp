@@ -75,6 +75,7 @@ void writeFaces(COrvSolverMeshWriter& worker, FaceRule rule, Wanted wanted, Writ
     }
     written(s, ++carry.written);
     writeFace(*face, worker);
+    if (worker.numbers) worker.numbers->surfaceWritten(s);
   }
 }
 

@@ -61,10 +61,12 @@ void writeClassifiedFaces(COrvSolverMeshWriter& worker, MoldBaseFaceRule& rule, 
       drawings->draw(FaceDrawings::AllFaces, classified.face.nodes);
       drawings->draw(classified.drawing, classified.face.nodes);
     }
-    if (classified.dropped == nullptr)
-      writeFace(classified.face, worker);
-    else
+    if (classified.dropped != nullptr) {
       worker.noteDropped(classified.dropped);
+      continue;
+    }
+    writeFace(classified.face, worker);
+    if (worker.numbers) worker.numbers->surfaceWritten(s);
   }
 }
 
