@@ -1,11 +1,16 @@
 """What the tests of the command share."""
 import os
+import resource
+import signal
 import subprocess
 import sys
+import tempfile
+import unittest
 
 ORVMESH = os.environ["ORVMESH"]
 SOURCE = os.environ["ORVMESH_SOURCE"]
-EXAMPLE = os.path.join(SOURCE, "examples", "mold", "mold.msh")
+MOLD = os.path.join(SOURCE, "examples", "mold")
+EXAMPLE = os.path.join(MOLD, "mold.msh")
 VARIANTS = ("channels", "hot-runner", "stream-line", "moldbase", "part-inserts", "part-inserts-channels")
 sys.path.append(os.path.join(SOURCE, "scripts"))
 
@@ -21,3 +26,41 @@ def done(*words):
     if process.returncode != 0:
         sys.exit(f"orvmesh {' '.join(words)}: exit code {process.returncode}\n{process.stdout}{process.stderr}")
     return process.stdout
+
+
+def small_files(limit=512):
+    """To be run before a process: no file of it grows beyond so many bytes."""
+    def limited():
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
+    return limited
+
+
+def read(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
+class FolderTest(unittest.TestCase):
+    """Tests that run in an empty folder of their own."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        previous = os.getcwd()
+        os.chdir(folder.name)
+        self.addCleanup(os.chdir, previous)
+
+    def contents(self):
+        return {path: read(path) if os.path.isfile(path) else None for path in os.listdir(".")}
+
+    def refused(self, *arguments, names, **options):
+        """Fails with one line that is no warning and names file and fault; nothing changed, nothing left."""
+        before = self.contents()
+        result = orvmesh(*arguments, **options)
+        self.assertEqual(result.returncode, 1, arguments)
+        errors = [line for line in result.stderr.splitlines() if ": warning: " not in line]
+        self.assertEqual(len(errors), 1, result.stderr)
+        for part in names:
+            self.assertIn(part, errors[0])
+        self.assertEqual(self.contents(), before)

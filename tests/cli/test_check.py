@@ -5,14 +5,8 @@ import subprocess
 import tempfile
 import unittest
 
-ORVMESH = os.environ["ORVMESH"]
-SOURCE = os.environ["ORVMESH_SOURCE"]
-MOLD = os.path.join(SOURCE, "examples", "mold")
-VARIANTS = ["channels", "hot-runner", "stream-line", "moldbase", "part-inserts", "part-inserts-channels"]
+from support import MOLD, ORVMESH, SOURCE, VARIANTS, orvmesh as run
 
-
-def run(*words, **options):
-    return subprocess.run([ORVMESH, *words], capture_output=True, text=True, timeout=60, **options)
 
 
 class Check(unittest.TestCase):

@@ -1,44 +1,22 @@
 """`orvmesh ctg` and `orvmesh info` of its file from outside: results, refusals, and what they leave behind."""
 import json
 import os
-import resource
-import signal
-import subprocess
 import tempfile
 import unittest
 
-ORVMESH = os.environ["ORVMESH"]
-SOURCE = os.environ["ORVMESH_SOURCE"]
+from support import EXAMPLE, FolderTest, orvmesh as run, small_files
+
 MESH = {"nodes": [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1], [1, 1, 1], [5, 5, 5]],
         "elementsMoldBase": [{"nodes": [1, 2, 3, 4], "a": 5}, {"nodes": [2, 5, 3, 4], "a": 6}],
         "elementSurfaces": [{"nodes": [1, 2, 3, 3], "interfaceId": 1}]}
 
 
-def run(*arguments, **options):
-    return subprocess.run([ORVMESH, *arguments], capture_output=True, text=True, timeout=120, **options)
-
-
-class Ctg(unittest.TestCase):
+class Ctg(FolderTest):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        previous = os.getcwd()
-        os.chdir(folder.name)
-        self.addCleanup(os.chdir, previous)
+        super().setUp()
         with open("mesh.json", "w") as text:
             json.dump(MESH, text)
         self.assertEqual(run("load", "mesh.json", "mold.ofe").returncode, 0)
-
-    def refused(self, *arguments, names, **options):
-        """Fails with one line that is no warning and names file and fault; nothing changed, nothing left."""
-        before = sorted(os.listdir("."))
-        result = run(*arguments, **options)
-        self.assertEqual(result.returncode, 1, arguments)
-        errors = [line for line in result.stderr.splitlines() if ": warning: " not in line]
-        self.assertEqual(len(errors), 1, result.stderr)
-        for part in names:
-            self.assertIn(part, errors[0])
-        self.assertEqual(sorted(os.listdir(".")), before)
 
     def test_export_and_info(self):
         result = run("ctg", "mold.ofe", "mold.ctg")
@@ -62,8 +40,7 @@ class Ctg(unittest.TestCase):
             self.assertIn(part, told)
 
     def test_the_example_mold_is_sound(self):
-        mesh = os.path.join(SOURCE, "examples", "mold", "mold.msh")
-        for arguments in [("import", mesh, "big.ofe"), ("ctg", "big.ofe", "big.ctg"), ("info", "big.ctg")]:
+        for arguments in [("import", EXAMPLE, "big.ofe"), ("ctg", "big.ofe", "big.ctg"), ("info", "big.ctg")]:
             result = run(*arguments)
             self.assertEqual(result.returncode, 0, result.stderr)
         self.assertIn("of these 0 on no boundary", result.stdout)
@@ -84,11 +61,7 @@ class Ctg(unittest.TestCase):
             self.assertEqual(file.read(), b"no mesh")
 
     def test_a_full_disk(self):
-        def small_files_only():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (512, 512))
-
-        self.refused("ctg", "mold.ofe", "mold.ctg", names=["mold.ctg: ", "File too large"], preexec_fn=small_files_only)
+        self.refused("ctg", "mold.ofe", "mold.ctg", names=["mold.ctg: ", "File too large"], preexec_fn=small_files())
 
     def test_usage(self):
         self.assertIn("Example: orvmesh ctg ", run("ctg", "--help").stdout)

@@ -1,7 +1,6 @@
 """VTK opens what `orvmesh export` writes, and finds in it what `orvmesh dump` prints of the same file."""
 import json
 import os
-import subprocess
 import sys
 import tempfile
 
@@ -9,18 +8,12 @@ import numpy as np
 from vtk import vtkCellSizeFilter, vtkXMLUnstructuredGridReader
 from vtk.util.numpy_support import vtk_to_numpy
 
-ORVMESH, SOURCE = os.environ["ORVMESH"], os.environ["ORVMESH_SOURCE"]
+from support import SOURCE, done as run
+
 BLOCKS = ("elementsPlastic", "elementsMoldBase", "elementsCoolChannel")
 VTK_TYPES = {4: 10, 5: 14, 6: 13, 8: 12}
 TETRAHEDRA = {4: [(0, 1, 2, 3)], 5: [(0, 1, 2, 4), (0, 2, 3, 4)], 6: [(0, 1, 2, 5), (0, 1, 5, 4), (0, 4, 5, 3)],
               8: [(0, 1, 2, 6), (0, 2, 3, 6), (0, 3, 7, 6), (0, 7, 4, 6), (0, 4, 5, 6), (0, 5, 1, 6)]}
-
-
-def run(*words):
-    done = subprocess.run([ORVMESH, *words], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
-    if done.returncode != 0:
-        sys.exit(f"orvmesh {' '.join(words)}: exit code {done.returncode}: {done.stderr}")
-    return done.stdout
 
 
 def same(what, found, expected):

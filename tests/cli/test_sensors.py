@@ -1,25 +1,16 @@
 """`orvmesh sensors` and `orvmesh snc` from outside: the example's history, refusals, and what they leave behind."""
 import json
 import os
-import resource
 import shutil
-import signal
-import subprocess
 import sys
 import tempfile
 import unittest
 
-ORVMESH = os.environ["ORVMESH"]
-SOURCE = os.environ["ORVMESH_SOURCE"]
-EXAMPLE = os.path.join(SOURCE, "examples", "mold")
-sys.path[:0] = [EXAMPLE, os.path.join(SOURCE, "scripts")]
-sys.dont_write_bytecode = True
+from support import MOLD as EXAMPLE, ORVMESH, SOURCE, FolderTest, orvmesh as run, small_files
+
+sys.path.append(EXAMPLE)
 import demo_sensors
 import make_history
-
-
-def run(*arguments, **options):
-    return subprocess.run([ORVMESH, *arguments], capture_output=True, text=True, timeout=60, **options)
 
 
 def read(path):
@@ -27,7 +18,7 @@ def read(path):
         return text.read()
 
 
-class Sensors(unittest.TestCase):
+class Sensors(FolderTest):
     @classmethod
     def setUpClass(cls):
         folder = tempfile.TemporaryDirectory()
@@ -39,25 +30,12 @@ class Sensors(unittest.TestCase):
         cls.history = read(os.path.join(EXAMPLE, "history.snc"))
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        previous = os.getcwd()
-        os.chdir(folder.name)
-        self.addCleanup(os.chdir, previous)
+        super().setUp()
         self.write("history.snc", self.history)
 
     def write(self, path, text):
         with open(path, "w") as out:
             out.write(text)
-
-    def refused(self, *arguments, names, **options):
-        before = {path: read(path) for path in os.listdir(".")}
-        result = run(*arguments, **options)
-        self.assertEqual(result.returncode, 1, arguments)
-        self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
-        for part in names:
-            self.assertIn(part, result.stderr)
-        self.assertEqual({path: read(path) for path in os.listdir(".")}, before)
 
     def test_example_history_is_that_of_the_example_mold(self):
         lines = make_history.history(make_history.joined_order(ORVMESH, self.mesh), 8)
@@ -111,12 +89,8 @@ class Sensors(unittest.TestCase):
             self.refused("sensors", *words, "history.snc", names=["history.snc: "])
 
     def test_a_full_disk_leaves_the_old_file(self):
-        def small_files_only():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (512, 512))
-
         self.refused("snc", "history.snc", self.mesh, names=["history.snc: ", "File too large"],
-                     preexec_fn=small_files_only)
+                     preexec_fn=small_files())
 
     def test_usage(self):
         for words in (["sensors"], ["sensors", "list"], ["sensors", "map"], ["snc"]):

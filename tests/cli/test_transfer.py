@@ -1,15 +1,11 @@
 """`orvmesh transfer` and `orvmesh variants` from outside: results, refusals, and what they leave behind."""
 import json
 import os
-import resource
-import signal
-import subprocess
 import tempfile
 import unittest
 
-ORVMESH = os.environ["ORVMESH"]
-SOURCE = os.environ["ORVMESH_SOURCE"]
-VARIANTS = ["channels", "hot-runner", "stream-line", "moldbase", "part-inserts", "part-inserts-channels"]
+from support import FolderTest, SOURCE, VARIANTS, orvmesh as run, small_files
+
 SUBCOMMANDS = ["import", "info", "check", "dump", "load", "export", "transfer", "ctg", "dmp", "sensors", "snc", "variants"]
 MESH = {"format": "ofe-json", "version": 1, "header": {"fields": {"0": 14001}},
         "nodes": [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1], [1, 1, 1]],
@@ -18,17 +14,9 @@ MESH = {"format": "ofe-json", "version": 1, "header": {"fields": {"0": 14001}},
         "elementsCoolChannel": [{"nodes": [1, 2, 3, 5], "a": 1, "b": 3, "value": 0}]}
 
 
-def run(*arguments, **options):
-    return subprocess.run([ORVMESH, *arguments], capture_output=True, text=True, timeout=60, **options)
-
-
-class Transfer(unittest.TestCase):
+class Transfer(FolderTest):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        previous = os.getcwd()
-        os.chdir(folder.name)
-        self.addCleanup(os.chdir, previous)
+        super().setUp()
         self.load(MESH, "mold.ofe")
         with open("target.ofe", "w") as target:
             target.write("old")
@@ -38,18 +26,6 @@ class Transfer(unittest.TestCase):
             json.dump(mesh, text)
         self.assertEqual(run("load", "mesh.json", path).returncode, 0)
         os.remove("mesh.json")
-
-    def refused(self, *arguments, names, **options):
-        """One line on standard error that names the file and the fault; nothing changed, nothing left."""
-        before = sorted(os.listdir("."))
-        result = run(*arguments, **options)
-        self.assertEqual(result.returncode, 1, arguments)
-        self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
-        for part in names:
-            self.assertIn(part, result.stderr)
-        with open("target.ofe") as target:
-            self.assertEqual(target.read(), "old")
-        self.assertEqual(sorted(os.listdir(".")), before)
 
     def test_every_variant_writes_a_file_that_opens(self):
         for variant in VARIANTS:
@@ -83,13 +59,9 @@ class Transfer(unittest.TestCase):
                     self.refused("transfer", variant, "mold.ofe", target, names=[f"orvmesh: {target}: "])
 
     def test_a_full_disk(self):
-        def small_files_only():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (512, 512))
-
         for variant in VARIANTS:
             self.refused("transfer", variant, "mold.ofe", "target.ofe", names=["target.ofe: ", "File too large"],
-                         preexec_fn=small_files_only)
+                         preexec_fn=small_files())
 
     def test_nothing_to_do_and_versions(self):
         fields = MESH["header"]["fields"]
