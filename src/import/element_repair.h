@@ -10,14 +10,14 @@ namespace orvmesh::importing {
 // Codes of bad elements.
 inline constexpr std::int32_t kNoVolume = 1, kPoorQuality = 2;
 
-struct BadElement {
+struct FoundBadElement {
   std::int32_t element;  // counted from 0 over all volume elements
   std::int32_t code;
 };
 
 struct Repairs {
   std::uint64_t turned = 0;
-  std::vector<BadElement> bad;  // ascending; they stay
+  std::vector<FoundBadElement> bad;  // ascending; they stay
 };
 
 // Sums up the components' volumes as they came.

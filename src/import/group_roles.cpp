@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -16,10 +17,6 @@ constexpr const char* kDimensionNames[] = {"point", "line", "surface", "volume"}
 
 std::string pairText(int dimension, std::int32_t tag) {
   return std::to_string(dimension) + ":" + std::to_string(tag);
-}
-
-bool isNamed(const std::string& key, int dimension, std::int32_t tag, const std::string& name) {
-  return (!name.empty() && key == name) || key == pairText(dimension, tag);
 }
 
 std::vector<Group> listGroups(const MshMesh& mesh) {
@@ -43,7 +40,9 @@ std::vector<Group> listGroups(const MshMesh& mesh) {
 class Assignment {
  public:
   Assignment(const MshMesh& mesh, const RolesFile& roles)
-      : mesh_(mesh), roles_(roles), carriers_(listCarriers(roles)) {}
+      : mesh_(mesh), roles_(roles), carriers_(listCarriers(roles)) {
+    for (const auto& mapping : roles.mappings) mappings_.emplace(mapping.group, &mapping);
+  }
 
   std::vector<Group> assign() {
     checkMappings();
@@ -62,13 +61,12 @@ class Assignment {
   void checkMappings() const {
     std::vector<std::string_view> known;
     for (const auto& name : mesh_.names) known.emplace_back(name.name);
-    const auto groups = listGroups(mesh_);
+    std::unordered_set<std::string> keys;
+    for (const auto name : known) keys.emplace(name);
+    for (const auto& group : listGroups(mesh_)) keys.emplace(pairText(group.dimension, group.tag));
     for (const auto& mapping : roles_.mappings) {
       const auto& key = mapping.group;
-      if (std::find(known.begin(), known.end(), key) != known.end()) continue;
-      if (std::any_of(groups.begin(), groups.end(),
-                      [&](const Group& group) { return key == pairText(group.dimension, group.tag); }))
-        continue;
+      if (keys.contains(key)) continue;
       throw Failure(
           roles_.path,
           "groups." + key + ": the mesh has no such group" +
@@ -91,9 +89,14 @@ class Assignment {
   }
 
   const RolesFile::Mapping* mappingOf(const Group& group) const {
-    for (const auto& mapping : roles_.mappings)
-      if (isNamed(mapping.group, group.dimension, group.tag, group.name)) return &mapping;
-    return nullptr;
+    const auto find = [&](const std::string& key) {
+      const auto found = mappings_.find(key);
+      return found == mappings_.end() ? nullptr : found->second;
+    };
+    const auto* const byName = group.name.empty() ? nullptr : find(group.name);
+    const auto* const byPair = find(pairText(group.dimension, group.tag));
+    if (byName == nullptr || byPair == nullptr) return byName == nullptr ? byPair : byName;
+    return std::min(byName, byPair);  // the earlier one
   }
 
   void takeName(Group& group) {
@@ -130,7 +133,8 @@ class Assignment {
 
   const MshMesh& mesh_;
   const RolesFile& roles_;
-  const std::unordered_set<std::string> carriers_;  // groups that conditions stand on
+  std::unordered_map<std::string, const RolesFile::Mapping*> mappings_;  // the first one of each key
+  const std::unordered_set<std::string> carriers_;                       // groups that conditions stand on
   std::string firstUnknown_;
 };
 

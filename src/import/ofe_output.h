@@ -22,7 +22,7 @@ struct ComponentMesh {
   const std::vector<PlacedSensor>& sensors;
   const std::vector<NodeCondition>& conditions;
   const SurfaceNames& names;
-  const std::vector<BadElement>& bad;
+  const std::vector<FoundBadElement>& bad;
   const RolesFile& roles;
   float scale;
 };
