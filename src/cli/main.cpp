@@ -4,6 +4,7 @@
 
 #include "base/failure.h"
 #include "cli/commands.h"
+#include "cli/manual.h"
 
 namespace {
 
@@ -17,6 +18,16 @@ void addSubcommands(CLI::App& app, Job& job) {
   for (const auto add : {addImport, addInfo, addCheck, addDump, addLoad, addExport, addTransfer, addCtg,
                          addDmp, addSensors, addSnc, addVariants})
     add(app, job);
+}
+
+// An option for packagers: prints and ends.
+void addPrinter(CLI::App& app, const char* name, std::string (*text)(const CLI::App&)) {
+  app.add_flag_callback(name,
+                        [&app, text] {
+                          std::fputs(text(app).c_str(), stdout);
+                          throw CLI::Success();
+                        })
+      ->group("");
 }
 
 int fail(const char* what) {
@@ -50,6 +61,8 @@ int main(int argc, char** argv) {
       "orvmesh transfer moldbase mold.ofe solver.ofe");
   Job job;
   addSubcommands(app, job);
+  addPrinter(app, "--manual", orvmesh::cli::manualPage);
+  addPrinter(app, "--completion", orvmesh::cli::bashCompletion);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
