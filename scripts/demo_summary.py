@@ -16,6 +16,7 @@ import time
 
 import numpy as np
 
+import demo_channels
 import demo_sensors
 import expected_blocks
 import expected_tables
@@ -179,13 +180,15 @@ def main(orvmesh, mesh, folder):
     history = os.path.join(os.path.dirname(mesh), "history.snc")
     if os.path.exists(history):
         complaints += demo_sensors.rewrite_history(orvmesh, component, history, folder)
+    complaints += demo_channels.show_channels(orvmesh, component, folder)
     complaints += export_ctg(orvmesh, component, os.path.join(folder, "mold.ctg"))
     for text in complaints:
         print(f"demo: {text}", file=sys.stderr)
     if complaints:
         sys.exit(1)
     print(f"Every block of all {len(rows) - 1} solver meshes holds what its variant must write, the header counts "
-          f"agree, and\n`orvmesh check` finds nothing wrong. The files are in {folder}; mold.vtu opens in ParaView.")
+          f"agree, and\n`orvmesh check` finds nothing wrong. The files are in {folder};\nmold.vtu, channels.vtu and "
+          "temperature.vtu open in ParaView.")
 
 
 if __name__ == "__main__":
