@@ -16,6 +16,7 @@ import time
 
 import numpy as np
 
+import demo_heat
 import demo_sensors
 import expected_blocks
 import expected_tables
@@ -179,6 +180,9 @@ def main(orvmesh, mesh, folder):
     history = os.path.join(os.path.dirname(mesh), "history.snc")
     if os.path.exists(history):
         complaints += demo_sensors.rewrite_history(orvmesh, component, history, folder)
+    losses = os.path.join(os.path.dirname(mesh), "..", "heat", "losses.txt")
+    if os.path.exists(losses):
+        complaints += demo_heat.map_losses(orvmesh, [*options, mesh], losses, folder)
     complaints += export_ctg(orvmesh, component, os.path.join(folder, "mold.ctg"))
     for text in complaints:
         print(f"demo: {text}", file=sys.stderr)

@@ -22,5 +22,6 @@ void addVariants(CLI::App& app, Job& job);
 void addDmp(CLI::App& app, Job& job);
 void addSensors(CLI::App& app, Job& job);
 void addSnc(CLI::App& app, Job& job);
+void addHeat(CLI::App& app, Job& job);
 
 }  // namespace orvmesh::cli
