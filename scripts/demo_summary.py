@@ -17,6 +17,7 @@ import time
 import numpy as np
 
 import demo_channels
+import demo_heat
 import demo_sensors
 import expected_blocks
 import expected_tables
@@ -181,6 +182,9 @@ def main(orvmesh, mesh, folder):
     if os.path.exists(history):
         complaints += demo_sensors.rewrite_history(orvmesh, component, history, folder)
     complaints += demo_channels.show_channels(orvmesh, component, folder)
+    losses = os.path.join(os.path.dirname(mesh), "..", "heat", "losses.txt")
+    if os.path.exists(losses):
+        complaints += demo_heat.map_losses(orvmesh, [*options, mesh], losses, folder)
     complaints += export_ctg(orvmesh, component, os.path.join(folder, "mold.ctg"))
     for text in complaints:
         print(f"demo: {text}", file=sys.stderr)

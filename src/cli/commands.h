@@ -24,5 +24,6 @@ void addSensors(CLI::App& app, Job& job);
 void addSnc(CLI::App& app, Job& job);
 void addChannels(CLI::App& app, Job& job);
 void addMap(CLI::App& app, Job& job);
+void addHeat(CLI::App& app, Job& job);
 
 }  // namespace orvmesh::cli
