@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "heatsource/field_scan.h"
+#include "base/field_scan.h"
 #include "heatsource/line_splitter.h"
 
 namespace orvmesh::heatsource {
@@ -78,7 +78,7 @@ class ComsolReader {
     report_ = std::move(fresh);
     hasCount_ = true;
     isMade_ = false;
-    if (!scanInt(number, report_.points) || report_.points < 0)
+    if (!FieldScan(number).integer(report_.points) || report_.points < 0)
       refuse("\"Nodes:\" is followed by no number of points from 0 to 2147483647");
     else if (bytesOf(report_.points) > mostBytes_)
       refuse(std::to_string(report_.points) +

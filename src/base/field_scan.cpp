@@ -1,11 +1,11 @@
-#include "heatsource/field_scan.h"
+#include "base/field_scan.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <system_error>
 
-namespace orvmesh::heatsource {
+namespace orvmesh {
 namespace {
 
 bool isPlusBeforeNumber(std::string_view text) {
@@ -86,9 +86,13 @@ bool FieldScan::numberOutOfRange(double& value) {
   return true;
 }
 
-bool scanInt(std::string_view word, int& value) {
-  if (isPlusBeforeNumber(word)) word.remove_prefix(1);
-  return std::from_chars(word.data(), word.data() + word.size(), value).ec == std::errc{};
+bool FieldScan::integer(int& value) {
+  skipBlanks();
+  if (isPlusBeforeNumber(rest_)) rest_.remove_prefix(1);
+  const auto [end, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), value);
+  if (error != std::errc{}) return false;
+  rest_.remove_prefix(static_cast<std::size_t>(end - rest_.data()));
+  return true;
 }
 
-}  // namespace orvmesh::heatsource
+}  // namespace orvmesh

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <string_view>
 
-namespace orvmesh::heatsource {
+namespace orvmesh {
 
 // Words and numbers off the front of a line, as scanf's %s, %d and %lf take them in the classic locale.
 class FieldScan {
@@ -15,6 +15,8 @@ class FieldScan {
   // Stores the next number; false, and value as it was, when the next word does not start with one. A number
   // ends where it can go no further; too large ones are infinite, too small ones the nearest there is.
   bool number(double& value);
+  // The same for an integer of 32 bits; one that does not fit is none.
+  bool integer(int& value);
   bool atEnd();
   std::size_t countWords();
 
@@ -29,7 +31,4 @@ class FieldScan {
   std::string_view rest_;
 };
 
-// As %d; false when the word does not start with an integer or the integer does not fit.
-bool scanInt(std::string_view word, int& value);
-
-}  // namespace orvmesh::heatsource
+}  // namespace orvmesh
