@@ -43,16 +43,16 @@ class ORVMESH_API COrvToolPoint2Point_MapRelation {
   virtual ~COrvToolPoint2Point_MapRelation();
 
   // The caller's arrays: not copied, not owned, and read by CreateRelation only. A null array counts as no
-  // points.
+  // points. There is no relation until CreateRelation makes that of the new mesh.
   void SetMeshA(int count, double* x, double* y, double* z);
   void SetMeshB(int count, double* x, double* y, double* z);
-  // False, and the relation as it was, when either mesh has no points; false and no relation when there is no
-  // memory for it. A point of B for which nothing is found (it is not finite, or all of A are not) repeats
-  // the number of the point before it, 0 at the first one.
+  // False, and no relation, when either mesh has no points and when there is no memory for it. A point of B
+  // for which nothing is found (it is not finite, or all of A are not) repeats the number of the point before
+  // it, 0 at the first one.
   bool CreateRelation();
   int GetMeshBNumber() const;
   // Entry j: the number in A of the point nearest to B's point j. GetMeshBNumber() + 1 entries, the object's
-  // own; null before the first CreateRelation.
+  // own; null when there is no relation.
   int* GetRelation_Link() const;
 
  private:

@@ -51,6 +51,7 @@ int Class::SetOFEFile(const char* path) try {
   m_Result = result;
   return 1;
 } catch (const std::exception&) {
+  m_ErrorMessage = "out of memory";
   return 0;
 }
 
@@ -64,6 +65,7 @@ int Class::SetInputNode(int n, double* x, double* y, double* z) try {
   m_KeptToInput = keptToInput;
   return 1;
 } catch (const std::exception&) {
+  m_ErrorMessage = "out of memory";
   return 0;
 }
 

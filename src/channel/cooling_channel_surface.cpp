@@ -22,6 +22,7 @@ int Class::SetOFEFile(const char* path) try {
   if (result > 0) m_Surface = surface;
   return result > 0 ? 1 : result;
 } catch (const std::exception&) {
+  m_ErrorMessage = "out of memory";
   return 0;
 }
 

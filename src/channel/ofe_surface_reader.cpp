@@ -41,6 +41,7 @@ bool ChannelFace::read(OFEIO_Manipulator& file) {
   int tag = 0;
   while (file.readElementSurfaceBlockEntry(nodes, interfaceId, surfaceCode, endCode, group, element, tag) >=
          0) {
+    ++entriesRead;
     if (interfaceId != kWall && interfaceId != kEnd) continue;
     if (nodes[3] == 0) nodes[3] = nodes[2];
     return true;

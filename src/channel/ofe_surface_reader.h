@@ -86,6 +86,7 @@ struct ChannelFace {
   int surfaceCode = 0;
   int endCode = 0;
   int group = 0;
+  std::int32_t entriesRead = 0;  // of the file, whatever their interface
 
   bool isWall() const { return interfaceId == kWall; }
   std::uint8_t vertexCount() const { return nodes[2] == nodes[3] ? 3 : 4; }

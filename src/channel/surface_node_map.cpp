@@ -72,8 +72,10 @@ void NodeMapper::readFaces() {
   tell(console_.progress, "ReadOFE_ElementSurface();");
   const std::int32_t expected = reader_.headerCount(m_HEADER_NElemS);
   FaceCounts counts;
-  for (ChannelFace face; face.read(reader_.file());) {
-    if (counts.total() == 0) tell(console_.progress, "Yse! I got readElementSurfaceBlockEntry()");
+  ChannelFace face;
+  const auto tellFirst = [&] { tell(console_.progress, "Yse! I got readElementSurfaceBlockEntry()"); };
+  while (face.read(reader_.file())) {
+    if (counts.total() == 0) tellFirst();
     counts.add(face);
     if (counts.total() > expected) counts.tellExcess(console_);
     const Mark mark = face.isWall() && face.endCode != 0 ? kOnMold : kToBeSearched;
@@ -81,6 +83,7 @@ void NodeMapper::readFaces() {
       if (nodes_.holds(node) && marks_[static_cast<std::size_t>(node)] < mark)
         marks_[static_cast<std::size_t>(node)] = mark;
   }
+  if (counts.total() == 0 && face.entriesRead > 0) tellFirst();
   map_.walls = counts.walls;
   map_.ends = counts.ends;
   counts.tellProgress(console_);

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/failure.h"
+#include "base/other_file.h"
 #include "base/text_number.h"
 #include "channel/channel_groups.h"
 #include "channel/channel_stl.h"
@@ -188,6 +189,7 @@ std::string asText(const Channels& channels) {
 }
 
 int tellChannels(const Options& options) {
+  requireOtherFile(options.target, {options.file});
   const Channels channels = read(options.file);
   if (!options.target.empty()) draw(channels.surface, options.target);
   view::printText(options.json

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "base/other_file.h"
 #include "cli/commands.h"
 #include "cli/progress.h"
 #include "view/export_vtu.h"
@@ -18,6 +19,7 @@ view::VtuExport write(const Options& options) {
 }
 
 int exportFile(const Options& options) {
+  requireOtherFile(options.target, {options.source});
   const auto done = write(options);
   std::printf("%s: %lld elements\n%s: %lld surface elements\n", options.target.c_str(),
               static_cast<long long>(done.cells), done.surfacePath.c_str(),

@@ -1,7 +1,13 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 
 #include "base/failure.h"
+#include "base/other_file.h"
 #include "cli/commands.h"
 #include "cli/heat_report.h"
 #include "cli/progress.h"
@@ -18,10 +24,17 @@ struct Options {
   bool json = false;
 };
 
+std::string whyNotOpened(const std::string& path) {
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) return std::strerror(errno);
+  ::close(descriptor);
+  return "it is no file";
+}
+
 void readTable(HeatJob& job, COrvTool_PointFileReader& table) {
   const ProgressLine progress("reading " + job.table);
   if (!heatsource::readComsolFile(job.table.c_str(), table, job.report, [](double, double) {}))
-    throw Failure(job.table, "cannot be opened");
+    throw Failure(job.table, "cannot be opened: " + whyNotOpened(job.table));
   if (job.report.rows > 0) return;
   if (!job.report.error.empty()) throw Failure(job.table, job.report.error);
   throw Failure(job.table,
@@ -33,9 +46,8 @@ void readTable(HeatJob& job, COrvTool_PointFileReader& table) {
 void mapTable(HeatJob& job, const COrvTool_PointFileReader& table, const MeshModel& model) {
   const ProgressLine progress("mapping onto " + job.mesh);
   job.map = mapHeat(table, job.report, model.nodes);
-  if (job.map.mapped == 0)
-    throw Failure(job.table, model.nodes.count() == 0 ? "the mesh has no nodes to map it onto"
-                                                      : "no point has finite coordinates");
+  if (model.nodes.count() == 0) throw Failure(job.mesh, "has no nodes to map onto");
+  if (job.map.mapped == 0) throw Failure(job.table, "no point has finite coordinates");
   job.distances = view::summarizeDistances(std::span(job.map.distance).subspan(1), [&model](std::size_t i) {
     const auto node = static_cast<std::int32_t>(i) + 1;
     const COFE_Node at = model.nodes[node];
@@ -48,6 +60,7 @@ void mapTable(HeatJob& job, const COrvTool_PointFileReader& table, const MeshMod
 
 int mapHeatSource(Options options) {
   HeatJob& job = options.job;
+  requireOtherFile(job.target, {job.table, job.mesh});
   COrvTool_PointFileReader table;
   readTable(job, table);
   {

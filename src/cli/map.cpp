@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/failure.h"
+#include "base/other_file.h"
 #include "base/text_number.h"
 #include "channel/result_map.h"
 #include "channel/surface_node_map.h"
@@ -54,7 +55,7 @@ int mapNodes(const Options& options) {
   const channel::SurfaceNodeMap map = readNodeMap(options.file, stlPath);
   const auto searched = std::count(map.searched.begin(), map.searched.end(), 1);
   const auto missing = std::count(map.toMold.begin(), map.toMold.end(), 0);
-  if (options.stl && searched > 0 && !map.isDrawn) throw Failure(stlPath, "cannot be written");
+  if (options.stl && !map.isDrawn) throw Failure(stlPath, "cannot be written");
   const view::DistanceSummary distances = summarize(map);
   if (options.json) {
     Json json{{"file", options.file},
@@ -143,6 +144,7 @@ MappedResult mapAndWrite(const Options& options, const view::PointTable& points)
 }
 
 int mapResult(const Options& options) {
+  requireOtherFile(options.target, {options.file, options.points});
   const view::PointTable points = view::readPointTable(options.points);
   if (points.count() == 0) throw Failure(options.points, "has no points (legal: lines of x y z value)");
   const MappedResult result = mapAndWrite(options, points);

@@ -4,6 +4,9 @@
 #include <cmath>
 #include <nanoflann.hpp>
 #include <numeric>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 #include "embedded/octree_nearest.h"
 #include "embedded/octree_points.h"
@@ -18,9 +21,8 @@ using Tree =
     nanoflann::KDTreeSingleIndexAdaptor<nanoflann::L2_Simple_Adaptor<double, OctreePoints>, OctreePoints, 3>;
 constexpr std::size_t kLeafSize = 10;
 
-}  // namespace
-
-struct COrv3DOctreeMimic::Implementation {
+// A set of points with its tree.
+struct SearchTree {
   OctreePoints points;
   std::unique_ptr<Tree> tree;
 
@@ -28,8 +30,7 @@ struct COrv3DOctreeMimic::Implementation {
   int search(const double (&query)[3], int count, int* numbers, double* dists) const;
 };
 
-void COrv3DOctreeMimic::Implementation::build() {
-  points.close();
+void SearchTree::build() {
   if (points.places() == 0) return;
   tree = std::make_unique<Tree>(3, points, kLeafSize);
   if (!points.reorder(tree->vAcc)) {
@@ -40,8 +41,9 @@ void COrv3DOctreeMimic::Implementation::build() {
   std::iota(tree->vAcc.begin(), tree->vAcc.end(), 0U);
 }
 
-int COrv3DOctreeMimic::Implementation::search(const double (&query)[3], int count, int* numbers,
-                                              double* dists) const {
+int SearchTree::search(const double (&query)[3], int count, int* numbers, double* dists) const {
+  if (!tree) return 0;
+  count = std::min(count, points.found());
   constexpr double kFar = OctreePoints::kFarQuery;
   const double unscale = 1 / points.scale();
   double at[3];
@@ -61,25 +63,53 @@ int COrv3DOctreeMimic::Implementation::search(const double (&query)[3], int coun
   return count;
 }
 
+}  // namespace
+
+struct COrv3DOctreeMimic::Implementation {
+  SearchTree near, far;
+
+  int search(const double (&query)[3], int count, int* numbers, double* dists) const;
+};
+
+// Both sets know their nearest points; the nearest of all are among them.
+int COrv3DOctreeMimic::Implementation::search(const double (&query)[3], int count, int* numbers,
+                                              double* dists) const {
+  const int fromNear = near.search(query, count, numbers, dists);
+  if (!far.tree) return fromNear;
+  std::vector<int> farNumbers(static_cast<std::size_t>(std::min(count, far.points.found())));
+  std::vector<double> farDists(farNumbers.size());
+  const int fromFar = far.search(query, count, farNumbers.data(), farDists.data());
+  std::vector<std::pair<double, int>> all;
+  for (int i = 0; i < fromNear; ++i) all.emplace_back(dists[i], numbers[i]);
+  for (std::size_t i = 0; i < static_cast<std::size_t>(fromFar); ++i)
+    all.emplace_back(farDists[i], farNumbers[i]);
+  std::sort(all.begin(), all.end());
+  const int found = std::min(count, fromNear + fromFar);
+  for (int i = 0; i < found; ++i) std::tie(dists[i], numbers[i]) = all[static_cast<std::size_t>(i)];
+  return found;
+}
+
 COrv3DOctreeMimic::COrv3DOctreeMimic() : implementation_(std::make_unique<Implementation>()) {}
 COrv3DOctreeMimic::~COrv3DOctreeMimic() = default;
 
 void COrv3DOctreeMimic::SetNodeDimension(int count) {
-  implementation_->tree.reset();
-  implementation_->points.reset(count);
+  *implementation_ = {};
+  implementation_->near.points.reset(count);
 }
 
 void COrv3DOctreeMimic::SetNodeData(int i, double x, double y, double z) {
-  implementation_->points.set(i, x, y, z);
+  implementation_->near.points.set(i, x, y, z);
 }
 
 void COrv3DOctreeMimic::Init() {
-  if (!implementation_->points.isClosed()) implementation_->build();
+  SearchTree &near = implementation_->near, &far = implementation_->far;
+  if (near.points.isClosed()) return;
+  far.points = near.points.close();
+  near.build();
+  far.build();
 }
 
 int COrv3DOctreeMimic::Search(double x, double y, double z, int count, int* ids, double* dists) {
-  if (!implementation_->tree || count < 1 || !std::isfinite(x) || !std::isfinite(y) || !std::isfinite(z))
-    return 0;
-  return implementation_->search({x, y, z}, std::min(count, implementation_->points.found()), ids + 1,
-                                 dists + 1);
+  if (count < 1 || !std::isfinite(x) || !std::isfinite(y) || !std::isfinite(z)) return 0;
+  return implementation_->search({x, y, z}, count, ids + 1, dists + 1);
 }

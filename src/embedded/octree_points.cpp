@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <iterator>
 #include <limits>
 
 namespace orvmesh::embedded {
@@ -31,17 +32,23 @@ void OctreePoints::set(int number, double x, double y, double z) {
   places_[at] = {{x + 0.0, y + 0.0, z + 0.0}, number};  // -0 becomes 0: equal points have equal bits
 }
 
-void OctreePoints::close() {
-  closed_ = true;
+OctreePoints OctreePoints::close() {
   const auto isOrdinary = [](const Place& place) {
     return std::abs(place.xyz[0]) <= kFarPoint && std::abs(place.xyz[1]) <= kFarPoint &&
            std::abs(place.xyz[2]) <= kFarPoint;
   };
+  OctreePoints far;
   if (!std::all_of(places_.begin(), places_.end(), isOrdinary)) {
-    std::erase_if(places_, [](const Place& place) { return !place.isFinite(); });
-    if (!std::all_of(places_.begin(), places_.end(), isOrdinary)) shrink();
+    std::copy_if(places_.begin(), places_.end(), std::back_inserter(far.places_),
+                 [&](const Place& place) { return place.isFinite() && !isOrdinary(place); });
+    far.shrink();
+    std::erase_if(places_, [&](const Place& place) { return !isOrdinary(place); });
   }
-  found_ = static_cast<int>(places_.size());
+  for (OctreePoints* set : {this, &far}) {
+    set->closed_ = true;
+    set->found_ = static_cast<int>(set->places_.size());
+  }
+  return far;
 }
 
 void OctreePoints::shrink() {

@@ -11,15 +11,15 @@ namespace orvmesh::embedded {
 // the tree. Where many points are equal, each place stands once. Numbers are 1-based.
 class OctreePoints {
  public:
-  // Points beyond this shrink the whole set, so that no square overflows.
+  // Points beyond this belong into a set of their own, which is shrunk so that no square overflows.
   static constexpr double kFarPoint = 0x1p450;
   // From here on all points that are not far lie equally far away in double precision.
   static constexpr double kFarQuery = 0x1p510;
 
   void reset(int count);
   void set(int number, double x, double y, double z);
-  // Leaves out what is not finite.
-  void close();
+  // Leaves out what is not finite. Returns the set of the far points, closed as well.
+  OctreePoints close();
   // Puts the places in the order in which a tree visits them. False, and everything as it was, when the same
   // point follows itself twice: gatherEqualPoints, then make the tree anew.
   bool reorder(const std::vector<std::uint32_t>& placeAt);

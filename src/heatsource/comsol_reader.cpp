@@ -82,7 +82,9 @@ class ComsolReader {
       refuse("\"Nodes:\" is followed by no number of points from 0 to 2147483647");
     else if (bytesOf(report_.points) > mostBytes_)
       refuse(std::to_string(report_.points) +
-             " points are announced, far more than a file of this size can hold");
+             " points are announced, more than can be true of a text of this size (legal: up to " +
+             std::to_string(mostBytes_ / (4 * sizeof(double)) - 1) +
+             "; a pipe counts as empty, a file does not)");
   }
 
   void refuse(const std::string& what) {

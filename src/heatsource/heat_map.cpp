@@ -11,6 +11,15 @@ namespace {
 using Position = std::array<double, 3>;
 constexpr double kLossOfSource = -1e-7;
 
+// Between m, cm, mm, micrometres and inches. A table that covers a part of the mesh has a smaller box, too:
+// small and odd factors must fit closely.
+struct UnitFactor {
+  double factor, tolerance;
+};
+constexpr UnitFactor kUnitFactors[] = {{10, 0.2},    {100, 0.2},   {1000, 0.2},  {1e4, 0.2},
+                                       {1e6, 0.2},   {2.54, 0.03}, {25.4, 0.03}, {39.37, 0.03},
+                                       {2540, 0.03}, {25400, 0.03}};
+
 struct NodeArrays {
   std::vector<double> x, y, z;
 
@@ -115,9 +124,9 @@ HeatMap mapHeat(const COrvTool_PointFileReader& table, const ComsolReport& repor
 double unitMistake(const HeatMap& map) {
   const double points = map.pointBox.diagonal(), mesh = map.nodeBox.diagonal();
   if (!(points > 0) || !(mesh > 0)) return 0;
-  for (const double factor : {10.0, 25.4, 100.0, 1000.0})
+  for (const auto& [factor, tolerance] : kUnitFactors)
     for (const double wanted : {factor, 1 / factor})
-      if (std::abs(points / mesh / wanted - 1) <= 0.2) return wanted;
+      if (std::abs(points / mesh / wanted - 1) <= tolerance) return wanted;
   return 0;
 }
 

@@ -46,7 +46,8 @@ struct HeatMap {
 HeatMap mapHeat(const COrvTool_PointFileReader& table, const ComsolReport& report, const NodeTable& nodes);
 
 // The factor by which the points are larger (or, below 1, smaller) than the mesh when it looks like a mix-up
-// of units: 10, 25.4, 100, 1000 or their inverses, give or take a fifth. 0 when it does not.
+// of units: 10, 100, 1000, 10^4, 10^6 or their inverses, give or take a fifth, or one of inches, give or take
+// 3 %. 0 when it does not.
 double unitMistake(const HeatMap& map);
 
 }  // namespace orvmesh::heatsource

@@ -53,9 +53,9 @@ bool COrvCool_Electromagnetic_HeatSource::SetStep1_InputParmeter(const char* com
   m_HeatingStart = heatingStart;
   m_HeatingEnd = heatingEnd;
   return true;
-} catch (const std::exception& failure) {
+} catch (const std::exception&) {
   m_PointTable.SetPointNumber(0);
-  m_ErrorMessage = failure.what();
+  m_ErrorMessage = "out of memory";
   return false;
 }
 
@@ -64,8 +64,8 @@ bool COrvCool_Electromagnetic_HeatSource::SetStep2_InputMesh(int nNode, double* 
   SetMeshInfo(nNode, x, y, z);
   MappingVaulesFromMeshA_2MeshB();
   return true;
-} catch (const std::exception& failure) {
-  m_ErrorMessage = failure.what();
+} catch (const std::exception&) {
+  m_ErrorMessage = "out of memory";
   return false;
 }
 

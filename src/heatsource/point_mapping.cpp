@@ -24,6 +24,7 @@ void COrvToolPoint2Point_MapRelation::SetMeshA(int count, double* x, double* y, 
   m_XA = x;
   m_YA = y;
   m_ZA = z;
+  m_Relation.reset();
 }
 
 void COrvToolPoint2Point_MapRelation::SetMeshB(int count, double* x, double* y, double* z) {
@@ -31,6 +32,7 @@ void COrvToolPoint2Point_MapRelation::SetMeshB(int count, double* x, double* y, 
   m_XB = x;
   m_YB = y;
   m_ZB = z;
+  m_Relation.reset();
 }
 
 bool COrvToolPoint2Point_MapRelation::CreateRelation() try {

@@ -135,6 +135,15 @@ TEST(Octree, HugeAndTinyCoordinates) {
   expectBruteForce(nested, {{1, 1, 1}, {0, 0, 0}, {-3, 2, 1e-9}, {1e20, 1e20, 1e20}});
 }
 
+TEST(Octree, AFarPointDoesNotBlurTheOthers) {
+  COrv3DOctreeMimic tree;
+  build(tree, {{0, 0, 0}, {1, 0, 0}, {1e136, 0, 0}, {0, 2, 0}, {-1e300, 1, 0}});
+  EXPECT_EQ(search(tree, {1, 0.1, 0}, 3).ids, (std::vector{2, 1, 4}));
+  EXPECT_EQ(search(tree, {1, 0.1, 0}, 5).ids, (std::vector{2, 1, 4, 3, 5}));
+  EXPECT_EQ(search(tree, {9e135, 0, 0}, 2).ids, (std::vector{3, 1}));
+  EXPECT_EQ(search(tree, {-1e299, 0, 0}, 2).ids, (std::vector{1, 2}));
+}
+
 TEST(Octree, AMillionEqualPointsAreOnePlace) {
   COrv3DOctreeMimic tree;
   build(tree, std::vector<Point>(1000000, {1, 2, 3}));

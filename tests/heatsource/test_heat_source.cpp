@@ -157,8 +157,9 @@ TEST_F(HeatSource, TheMapTellsWhatItDid) {
 TEST(UnitMistake, FactorsOfTheBoxes) {
   const struct {
     double factor, wanted;
-  } cases[] = {{1, 0},      {9, 10},   {11.9, 10}, {13, 0},         {25.4, 25.4},     {100, 100},
-               {850, 1000}, {2000, 0}, {0.1, 0.1}, {0.0011, 0.001}, {0.04, 1 / 25.4}, {0, 0}};
+  } cases[] = {{1, 0},       {9, 10},    {11.9, 10},      {13, 0},           {25.4, 25.4},
+               {2.54, 2.54}, {2.4, 0},   {1.02e6, 1e6},   {100, 100},        {850, 1000},
+               {2000, 0},    {0.1, 0.1}, {0.0011, 0.001}, {0.039, 1 / 25.4}, {0, 0}};
   for (const auto& one : cases) {
     heat::HeatMap map;
     map.nodeBox.add({1, 1, 1});
