@@ -80,6 +80,7 @@ int COrv3DOctreeMimic::Implementation::search(const double (&query)[3], int coun
   std::vector<double> farDists(farNumbers.size());
   const int fromFar = far.search(query, count, farNumbers.data(), farDists.data());
   std::vector<std::pair<double, int>> all;
+  all.reserve(static_cast<std::size_t>(fromNear) + farNumbers.size());
   for (int i = 0; i < fromNear; ++i) all.emplace_back(dists[i], numbers[i]);
   for (std::size_t i = 0; i < static_cast<std::size_t>(fromFar); ++i)
     all.emplace_back(farDists[i], farNumbers[i]);
