@@ -20,8 +20,9 @@ bool isSame(double a, double b) {
 // The standard library reads the same line, from zeroed variables.
 void expectAsScanf(const std::string& line) {
   double wanted[4] = {}, found[4] = {};
-  const int count = std::max(
-      0, std::sscanf(line.c_str(), "%lf %lf %lf %lf", &wanted[0], &wanted[1], &wanted[2], &wanted[3]));
+  const int scanned =  // NOLINTNEXTLINE(cert-err34-c): what it does not report is compared
+      std::sscanf(line.c_str(), "%lf %lf %lf %lf", &wanted[0], &wanted[1], &wanted[2], &wanted[3]);
+  const int count = std::max(0, scanned);
   FieldScan fields(line);
   int got = 0;
   while (got < 4 && fields.number(found[got])) ++got;

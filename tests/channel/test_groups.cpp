@@ -102,12 +102,13 @@ TEST(ChannelGroups, FiguresOfTubes) {
       VolumeFrom volumeFrom;
     };
     const double round = kArea * kArea / (4 * std::numbers::pi * kVolume);
+    constexpr std::int64_t kWalls = 4;  // per step of a tube
     const Wanted wanted[] = {
-        {2, false, 8 * kSteps, 1, 0, 1, 0, kLength, LengthFrom::surface, VolumeFrom::surface},
-        {5, false, 4 * kSteps, 1, 1, 0, 0, 16, LengthFrom::layout, VolumeFrom::elements},
-        {9, false, 4 * kSteps, 0, 1, 0, 4, 0, LengthFrom::nothing, VolumeFrom::nothing},
-        {11, false, 4 * kSteps, 0, 0, 0, 8, round, LengthFrom::surface, VolumeFrom::elements},
-        {5, true, 8 * kSteps, 0, 2, 0, 0, 20, LengthFrom::lines, VolumeFrom::elements}};
+        {2, false, 2 * kWalls * kSteps, 1, 0, 1, 0, kLength, LengthFrom::surface, VolumeFrom::surface},
+        {5, false, kWalls * kSteps, 1, 1, 0, 0, 16, LengthFrom::layout, VolumeFrom::elements},
+        {9, false, kWalls * kSteps, 0, 1, 0, 4, 0, LengthFrom::nothing, VolumeFrom::nothing},
+        {11, false, kWalls * kSteps, 0, 0, 0, 8, round, LengthFrom::surface, VolumeFrom::elements},
+        {5, true, 2 * kWalls * kSteps, 0, 2, 0, 0, 20, LengthFrom::lines, VolumeFrom::elements}};
     const auto groups = groupsOf(path);
     ASSERT_EQ(groups.size(), std::size(wanted));
     for (std::size_t i = 0; i < groups.size(); ++i) {
@@ -138,7 +139,7 @@ TEST(ChannelGroups, SurfacesWithoutAnInsideHaveNoVolume) {
   const TempDir dir;
   const std::string path = writeMesh(dir / "a.ofe", [&](OFEIO_Manipulator& file) {
     for (int n = 0; n < 6; ++n)
-      file.writeNodeBlockEntry(static_cast<float>(n % 2), static_cast<float>(n / 2),
+      file.writeNodeBlockEntry(static_cast<float>(n & 1), static_cast<float>(n >> 1),
                                static_cast<float>(n * n % 5));
     // The projective plane on six nodes: every edge has two faces, no way round is right.
     for (const auto& face : {std::vector{1, 2, 3},

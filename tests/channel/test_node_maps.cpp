@@ -25,7 +25,9 @@ struct Cloud {
       std::mt19937 random(11);
       file.header.setFloatField(m_HEADER_ScaleFactor, 0.5F);
       xyz = writeCloud(file, nodes, random);
-      const auto pick = [&](int from, int to) { return from + static_cast<int>(random() % (to - from)); };
+      const auto pick = [&](int from, int to) {
+        return from + static_cast<int>(random() % static_cast<unsigned>(to - from));
+      };
       for (int e = 0; e < 40; ++e) {
         const int tet[] = {pick(1, 120), pick(1, 120), pick(1, 120), pick(1, 120)};
         file.writeElementMoldBaseBlockEntry(4, tet, 1, 1, 0);
@@ -50,8 +52,9 @@ struct Cloud {
 
   double distanceOf(int a, int b) const {
     double square = 0;
+    const auto first = 3 * (static_cast<std::size_t>(a) - 1), second = 3 * (static_cast<std::size_t>(b) - 1);
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      const double d = 0.5 * xyz[3 * (a - 1) + axis] - 0.5 * xyz[3 * (b - 1) + axis];
+      const double d = 0.5 * xyz[first + axis] - 0.5 * xyz[second + axis];
       square += d * d;
     }
     return std::sqrt(square);

@@ -26,7 +26,7 @@ struct Nodes {
 class HeatSource : public testing::Test {
  protected:
   std::string write(const std::string& text) {
-    const std::string path = folder_ / ("table" + std::to_string(++files_) + ".txt");
+    std::string path = folder_ / ("table" + std::to_string(++files_) + ".txt");
     std::ofstream(path, std::ios::binary) << text;
     return path;
   }

@@ -68,13 +68,15 @@ TEST(Transfer20To02, AgreesWithASearchOfEveryFace) {
     EXPECT_EQ(out.rows[0], std::vector<int>(10, -7));
     for (int node = 1; node <= nNode; ++node) {
       std::vector<int> wanted{0};
-      for (int f = 1; f <= 60 && wanted[0] < 9; ++f)
-        if (faces[f].size() > 1 && std::count(faces[f].begin() + 1, faces[f].end(), node) > 0) {
+      for (int f = 1; f <= 60 && wanted[0] < 9; ++f) {
+        const auto& face = faces[static_cast<std::size_t>(f)];
+        if (face.size() > 1 && std::count(face.begin() + 1, face.end(), node) > 0) {
           wanted.push_back(f);
           ++wanted[0];
         }
+      }
       wanted.resize(10, -7);
-      EXPECT_EQ(out.rows[node], wanted) << node;
+      EXPECT_EQ(out.rows[static_cast<std::size_t>(node)], wanted) << node;
     }
   }
   Rows out({{0}, {1, 2, 3}, {}});
