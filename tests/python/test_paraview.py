@@ -126,7 +126,7 @@ class Reader(MoldTest):
         cells = len(mesh["volume"][0]) + len(mesh["surface"][0]) + len(mesh["sensors"][0])
         words = next((line for line in done.stdout.splitlines() if line.startswith("cells ")), done.stderr).split()
         self.assertEqual(words[1:2], [str(cells)])
-        self.assertLessEqual({"component", "material", "group", "interface", "number"}, set(words))
+        self.assertLessEqual({"component", "material", "group", "element", "interface", "owner", "surface"}, set(words))
 
 
 if __name__ == "__main__":
