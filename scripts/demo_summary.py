@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Imports a mold, makes all six solver meshes and the CTG export with the orvmesh command, checks them and prints what
-they hold.
+"""Imports a mold, makes all six solver meshes, the CTG export and its OFV file with the orvmesh command, checks them
+and prints what they hold.
 
 Usage: demo_summary.py ORVMESH MESH.msh OUTPUT_FOLDER
 
@@ -16,6 +16,7 @@ import time
 
 import numpy as np
 
+import demo_ofv
 import demo_sensors
 import expected_blocks
 import expected_tables
@@ -179,7 +180,9 @@ def main(orvmesh, mesh, folder):
     history = os.path.join(os.path.dirname(mesh), "history.snc")
     if os.path.exists(history):
         complaints += demo_sensors.rewrite_history(orvmesh, component, history, folder)
-    complaints += export_ctg(orvmesh, component, os.path.join(folder, "mold.ctg"))
+    ctg = os.path.join(folder, "mold.ctg")
+    complaints += export_ctg(orvmesh, component, ctg)
+    complaints += demo_ofv.make_ofv(orvmesh, ctg, folder)
     for text in complaints:
         print(f"demo: {text}", file=sys.stderr)
     if complaints:

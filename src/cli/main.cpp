@@ -16,7 +16,7 @@ constexpr int kWrongUsage = 2;
 void addSubcommands(CLI::App& app, Job& job) {
   using namespace orvmesh::cli;
   for (const auto add : {addImport, addInfo, addCheck, addDump, addLoad, addExport, addTransfer, addCtg,
-                         addDmp, addSensors, addSnc, addVariants})
+                         addOfv, addDmp, addSensors, addSnc, addVariants})
     add(app, job);
 }
 

@@ -14,8 +14,8 @@ struct TypeText {
   const char* name;
   std::uint64_t size;
 };
-constexpr TypeText kTypes[] = {{"Int8", 1},   {"UInt8", 1}, {"Int32", 4},
-                               {"UInt32", 4}, {"Int64", 8}, {"Float32", 4}};
+constexpr TypeText kTypes[] = {{"Int8", 1},  {"UInt8", 1},   {"Int32", 4},  {"UInt32", 4},
+                               {"Int64", 8}, {"Float32", 4}, {"Float64", 8}};
 
 constexpr const TypeText& textOf(VtuType type) { return kTypes[static_cast<std::size_t>(type)]; }
 

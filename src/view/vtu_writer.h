@@ -51,7 +51,7 @@ class VtuSink {
   std::size_t used_ = 0;
 };
 
-enum class VtuType : std::uint8_t { Int8, UInt8, Int32, UInt32, Int64, Float32 };
+enum class VtuType : std::uint8_t { Int8, UInt8, Int32, UInt32, Int64, Float32, Float64 };
 
 // One array of a grid: its values are made while they are written.
 struct VtuArray {
