@@ -116,7 +116,8 @@ const std::vector<ContactFaceRecord>& COFEData::contactFaces() {
     if (members.inserts != 1) continue;
     for (const std::int32_t s : members.surfaces) {
       if (!members.plastic) break;
-      const auto n = model_.surfaces[s].nodes;
+      const SurfaceElement surface = model_.surfaces[s];
+      const auto& n = surface.nodes;
       ofSurfaces[s] = {s, 0, 0, {0, n[0], n[1], n[2], n[3] == 0 ? n[2] : n[3]}};
     }
     if (members.otherMold == 0) continue;
