@@ -11,6 +11,9 @@ ASKED = [
     ("ctg", "formatDoubles", "MB/s", "doubles as text", 200, math.inf),
     ("dmp", "blockForm", "ratio", "cp of the file, for writing and reading", 0, 3),
     ("dmp", "textForm", "ratio", "fprintf and fscanf of the lines", 0, 1 / 3),
+    ("octree", "randomPoints/1000000", "ratio", "plain nanoflann, building and a million queries", 0, 1.15),
+    ("heat", "readTable/1000000", "MB/s", "COMSOL table read", 150, math.inf),
+    ("channel", "extractSurface/100", "ratio", "reading the same blocks once", 0, 1.5),
     ("snc", "rewriteInMemory/10000", "MB/s", "text rewritten in memory", 200, math.inf),
 ]
 

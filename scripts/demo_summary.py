@@ -16,6 +16,8 @@ import time
 
 import numpy as np
 
+import demo_channels
+import demo_heat
 import demo_ofv
 import demo_sensors
 import expected_blocks
@@ -180,6 +182,10 @@ def main(orvmesh, mesh, folder):
     history = os.path.join(os.path.dirname(mesh), "history.snc")
     if os.path.exists(history):
         complaints += demo_sensors.rewrite_history(orvmesh, component, history, folder)
+    complaints += demo_channels.show_channels(orvmesh, component, folder)
+    losses = os.path.join(os.path.dirname(mesh), "..", "heat", "losses.txt")
+    if os.path.exists(losses):
+        complaints += demo_heat.map_losses(orvmesh, [*options, mesh], losses, folder)
     ctg = os.path.join(folder, "mold.ctg")
     complaints += export_ctg(orvmesh, component, ctg)
     complaints += demo_ofv.make_ofv(orvmesh, ctg, folder)
@@ -188,7 +194,8 @@ def main(orvmesh, mesh, folder):
     if complaints:
         sys.exit(1)
     print(f"Every block of all {len(rows) - 1} solver meshes holds what its variant must write, the header counts "
-          f"agree, and\n`orvmesh check` finds nothing wrong. The files are in {folder}; mold.vtu opens in ParaView.")
+          f"agree, and\n`orvmesh check` finds nothing wrong. The files are in {folder};\nmold.vtu, channels.vtu and "
+          "temperature.vtu open in ParaView.")
 
 
 if __name__ == "__main__":

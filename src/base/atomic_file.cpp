@@ -11,6 +11,8 @@
 #include <cstring>
 #include <memory>
 
+#include "base/descriptor.h"
+
 namespace orvmesh {
 namespace {
 
@@ -27,9 +29,10 @@ std::string folderOf(const std::string& path) {
 
 int writeAll(int descriptor, const char* bytes, std::size_t size, std::int64_t offset) {
   while (size > 0) {
-    const auto written = offset < 0 ? ::write(descriptor, bytes, size)
-                                    : ::pwrite(descriptor, bytes, size, static_cast<off_t>(offset));
-    if (written < 0 && errno == EINTR) continue;
+    const auto written = uninterrupted([&] {
+      return offset < 0 ? ::write(descriptor, bytes, size)
+                        : ::pwrite(descriptor, bytes, size, static_cast<off_t>(offset));
+    });
     if (written <= 0) return written < 0 ? errno : EIO;
     bytes += written;
     size -= static_cast<std::size_t>(written);
@@ -41,10 +44,8 @@ int writeAll(int descriptor, const char* bytes, std::size_t size, std::int64_t o
 // A rename is durable once its folder is; a folder that cannot be synced (some network file systems) is no
 // error.
 void syncFolder(const std::string& folder) {
-  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return;
-  (void)::fsync(descriptor);
-  ::close(descriptor);
+  const Descriptor descriptor(openToRead(folder.c_str(), O_DIRECTORY));
+  if (descriptor.isOpen()) (void)uninterrupted([&] { return ::fsync(descriptor.number()); });
 }
 
 }  // namespace
@@ -76,7 +77,8 @@ bool AtomicFile::open(const std::string& target) {
 
   for (int attempt = 0; attempt < 100; ++attempt) {
     temporary_ = target_ + "." + std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
-    descriptor_ = ::open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    descriptor_ = uninterrupted(
+        [&] { return ::open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666); });
     if (descriptor_ >= 0) break;
     if (errno != EEXIST) {
       const int reason = errno;
@@ -110,7 +112,8 @@ bool AtomicFile::overwrite(std::uint64_t offset, const void* bytes, std::size_t 
 
 bool AtomicFile::commit() {
   if (!isOpen()) return false;
-  if (::fsync(descriptor_) != 0 && errno != EINVAL) return fail("cannot be made durable", errno);
+  if (uninterrupted([&] { return ::fsync(descriptor_); }) != 0 && errno != EINVAL)
+    return fail("cannot be made durable", errno);
   const int closing = descriptor_;
   descriptor_ = -1;
   if (::close(closing) != 0 && errno != EINTR) return fail("cannot be closed", errno);

@@ -23,5 +23,8 @@ void addVariants(CLI::App& app, Job& job);
 void addDmp(CLI::App& app, Job& job);
 void addSensors(CLI::App& app, Job& job);
 void addSnc(CLI::App& app, Job& job);
+void addChannels(CLI::App& app, Job& job);
+void addMap(CLI::App& app, Job& job);
+void addHeat(CLI::App& app, Job& job);
 
 }  // namespace orvmesh::cli

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "base/other_file.h"
 #include "cli/commands.h"
 #include "cli/progress.h"
 #include "cli/transfer_report.h"
@@ -16,6 +17,7 @@ struct Options {
 };
 
 int exportCtg(Options options) {
+  requireOtherFile(options.target, {options.source});
   COrvMeshFormatTransfer transfer;
   transfer.SetStopOnRefusedSource(true);
   {

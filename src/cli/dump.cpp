@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "base/other_file.h"
 #include "cli/commands.h"
 #include "cli/progress.h"
 #include "view/ofe_json.h"
@@ -13,6 +14,7 @@ struct Options {
 };
 
 int dump(const Options& options) {
+  requireOtherFile(options.target, {options.source});
   const ProgressLine progress("dumping " + options.source);
   if (options.target.empty())
     view::dumpJson(options.source, view::printText);

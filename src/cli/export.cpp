@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "base/other_file.h"
 #include "cli/commands.h"
 #include "cli/progress.h"
 #include "view/export_vtu.h"
@@ -26,6 +27,7 @@ int exportPolyhedra(const Options& options) {
 }
 
 int exportFile(const Options& options) {
+  requireOtherFile(options.target, {options.source});
   if (view::looksLikeOfv(options.source)) return exportPolyhedra(options);
   const auto done = write(options);
   std::printf("%s: %lld elements\n%s: %lld surface elements\n", options.target.c_str(),

@@ -1,6 +1,7 @@
 #include <memory>
 #include <optional>
 
+#include "base/other_file.h"
 #include "cli/commands.h"
 #include "cli/progress.h"
 #include "view/ofe_json.h"
@@ -14,6 +15,7 @@ struct Options {
 };
 
 int load(const Options& options) {
+  requireOtherFile(options.target, {options.source});
   const ProgressLine progress("loading " + options.source);
   view::loadJsonFile(options.source, options.target, {options.version});
   return 0;

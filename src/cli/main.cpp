@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -16,7 +17,7 @@ constexpr int kWrongUsage = 2;
 void addSubcommands(CLI::App& app, Job& job) {
   using namespace orvmesh::cli;
   for (const auto add : {addImport, addInfo, addCheck, addDump, addLoad, addExport, addTransfer, addCtg,
-                         addOfv, addDmp, addSensors, addSnc, addVariants})
+                         addOfv, addDmp, addSensors, addSnc, addChannels, addMap, addHeat, addVariants})
     add(app, job);
 }
 
@@ -52,6 +53,8 @@ int run(const Job& job) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // A file that may not grow any more is a failed write like any other, not the end of the process.
+  (void)std::signal(SIGXFSZ, SIG_IGN);
   CLI::App app{"orvmesh turns a meshed mold into the meshes that a mold-cooling solver reads."};
   app.name("orvmesh");
   app.set_version_flag("--version", "orvmesh " ORVMESH_VERSION_TEXT);

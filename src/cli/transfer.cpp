@@ -2,12 +2,12 @@
 #include <orvmesh/mesh_format_transfer.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <span>
 #include <string>
 
 #include "base/failure.h"
+#include "base/other_file.h"
 #include "cli/commands.h"
 #include "cli/progress.h"
 #include "cli/transfer_report.h"
@@ -93,10 +93,7 @@ void writeDump(const COrvMeshFormatTransfer& transfer, const Options& options) {
 
 // A dump must not take the place of a mesh; what cannot be written is better known before the work.
 void checkDump(const Options& options) {
-  std::error_code none;
-  for (const std::string& mesh : {options.source, options.target})
-    if (options.dump == mesh || std::filesystem::equivalent(options.dump, mesh, none))
-      throw Failure(options.dump, "is the mesh itself (--dmp names a file of its own)");
+  requireOtherFile(options.dump, {options.source, options.target});
   int known = 0;
   int supported = 0;
   if (DMPIO_Manipulator_C::isAsciiDMP(options.dumpVersion, known, supported) == 0)

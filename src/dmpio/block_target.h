@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "dmpio/layout.h"
@@ -23,10 +24,10 @@ class BlockTarget {
   ~BlockTarget() = default;
 
   bool open(const char* path);
-  // Makes the header the current block.
-  void writeHeader(Header header);
+  // Makes the header the current block. False when the memory does not hold it.
+  bool writeHeader(Header header);
   // Hands the current block over to the file.
-  void finishBlock(long id) { (void)file_.writeBlock(id); }
+  void finishBlock(long id) { (void)file_->writeBlock(id); }
   void fillIn(const BlockRow& row);
   // An empty block of `count` entries, of no more than `most` if that is less, becomes the current one. False
   // when the memory does not hold it.
@@ -49,13 +50,18 @@ class BlockTarget {
   // False when the memory does not hold them.
   bool endGroups();
   // True when the complete file stands at its name.
-  bool finish() { return file_.endWriting() == 1; }
+  bool finish() { return file_->endWriting() == 1; }
+  // Lets go of the file; takes no memory.
+  void abandon() {
+    file_.reset();
+    aim();
+  }
 
  private:
   // Finds the current block's vectors anew.
   void aim();
 
-  BINIO_BinaryFile file_;
+  std::optional<BINIO_BinaryFile> file_;  // none before the first file
   std::vector<int> pending_;
   std::int32_t* values_[2] = {};
   std::int64_t sizes_[2] = {0, 0};

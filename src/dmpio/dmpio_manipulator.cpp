@@ -1,7 +1,7 @@
 #include <orvmesh/dmpio_manipulator.h>
+#include <sys/stat.h>
 
 #include <cstdint>
-#include <filesystem>
 #include <limits>
 
 #include "dmpio/layout.h"
@@ -20,9 +20,8 @@ constexpr std::int64_t kNoLimit = std::numeric_limits<std::int64_t>::max();
 // than a small multiple of it.
 std::int64_t mostEntriesOf(const char* path) {
   constexpr std::int64_t kAnyFile = 1 << 16;
-  std::error_code failed;
-  const auto size = std::filesystem::file_size(path, failed);
-  return kAnyFile + (failed ? 0 : static_cast<std::int64_t>(size));
+  struct stat status {};
+  return kAnyFile + (::stat(path, &status) == 0 ? status.st_size : 0);
 }
 
 }  // namespace
@@ -67,7 +66,7 @@ int DMPIO_Manipulator_C::isBinaryDMP(int version, int& known, int& supported) {
 }
 
 int DMPIO_Manipulator_C::beginReading(const char* path, const char*) {
-  return safely(0, [&] {
+  return m_State->reported([&] {
     const int result = m_State->reader.begin(path, Header(*this));
     m_State->error = m_State->reader.errorText();
     return result;
@@ -80,36 +79,32 @@ int DMPIO_Manipulator_C::endReading() {
 }
 
 int DMPIO_Manipulator_C::beginWriting(const char* path, int version) {
-  return safely(0, [&] {
-    const int result = m_State->writer.begin(path, version, Header(*this), kNoLimit);
-    m_State->error = m_State->writer.errorText();
-    return result;
-  });
+  return m_State->beginWriting(path, version, Header(*this), kNoLimit);
 }
 
 int DMPIO_Manipulator_C::endWriting() {
-  return safely(0, [&] {
-    const int result = m_State->writer.end();
-    m_State->error = m_State->writer.errorText();
-    return result;
+  State& state = *m_State;
+  const bool wasOpen = state.writer.isWriting();
+  const int result = state.reported([&] {
+    const int ended = state.writer.end();
+    state.error = state.writer.errorText();
+    return ended;
   });
+  if (result != 1 && wasOpen) state.writer.abandon();
+  return result;
 }
 
 int DMPIO_Manipulator_C::convert(const char* inPath, const char* outPath, int version) {
   if (beginReading(inPath, nullptr) < 1) return 1;
   const Header header(*this);
   State& state = *m_State;
-  const int begun = outPath == nullptr ? 0 : safely(0, [&] {
-    const int result = state.writer.begin(outPath, version, header, mostEntriesOf(inPath));
-    state.error = state.writer.errorText();
-    return result;
-  });
-  const bool isCopied = begun >= 1 && safely(0, [&] { return state.copyBlocks(header); }) == 1;
+  const int begun =
+      outPath == nullptr ? 0 : state.beginWriting(outPath, version, header, mostEntriesOf(inPath));
+  const bool isCopied = begun >= 1 && state.reported([&] { return state.copyBlocks(header); }) == 1;
   if (isCopied)
     endWriting();
   else if (begun >= 1)
-    state.writer = DumpWriter();  // gives the target up
-  if (!isCopied && outPath != nullptr && state.error.empty()) state.error = "cannot be copied: out of memory";
+    state.writer.abandon();
   state.reader.end();
   return 1;
 }

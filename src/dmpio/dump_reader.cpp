@@ -46,7 +46,8 @@ int DumpReader::beginText(const char* path, Header header, int version) {
   if (result < 0)
     return fail(result, "has version " + std::to_string(version) +
                             " (legal: 1020, 1022, 1023, 2001 and above in the block form)");
-  return text_.readHeader(header) ? 1 : fail(0, "has no complete header");
+  if (text_.readHeader(header)) return 1;
+  return fail(0, text_.errorText().empty() ? "has no complete header" : text_.errorText());
 }
 
 int DumpReader::beginBlocks(const char* path, Header header, int version) {

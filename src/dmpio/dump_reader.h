@@ -31,7 +31,10 @@ class DumpReader {
   }
   int readItem(Header header, bool& newGroup, int& itemCount, int& first, int& second);
 
-  const std::string& errorText() const { return error_; }
+  const std::string& errorText() const {
+    const bool readsText = reading_ && encoding_ == Encoding::Text;
+    return error_.empty() && readsText ? text_.errorText() : error_;
+  }
 
  private:
   int fail(int result, const std::string& why);

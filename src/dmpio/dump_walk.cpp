@@ -86,6 +86,10 @@ class TextWalk {
   [[noreturn]] void fail(const BlockRow& row, std::int64_t entry, const char* what) const {
     throw Failure(path_, std::string(row.name) + "[" + std::to_string(entry) + "] " + what);
   }
+  // Throws when the end came because the file could not be read on.
+  void checkInput() const {
+    if (!input_.errorText().empty()) throw Failure(path_, input_.errorText());
+  }
   std::optional<Block> blockOf(const Line& heading) const;
   // True when an entry comes next: neither a heading nor the end.
   bool hasEntry();
@@ -111,6 +115,7 @@ std::optional<Block> TextWalk::blockOf(const Line& heading) const {
 bool TextWalk::hasEntry() {
   int next = input_.peek();
   for (; next == ' ' || ('\t' <= next && next <= '\r'); next = input_.peek()) input_.skipByte();
+  if (next == -1) checkInput();
   return next != '[' && next != -1;
 }
 
@@ -118,7 +123,7 @@ void TextWalk::run() {
   if (!input_.open(path_.c_str())) throw Failure(path_, input_.errorText());
   Line line;
   while (!line.contains(kHeaderHeading))
-    if (!input_.readLine(line)) return;
+    if (!input_.readLine(line)) break;
   while (hasEntry()) input_.readLine(line);  // the header's numbers
   while (input_.readLine(line) && !line.contains("[EOF]")) {
     const auto block = blockOf(line);
@@ -130,6 +135,7 @@ void TextWalk::run() {
     seen_ |= setOf(*block);
     walk(*block);
   }
+  checkInput();
   if (!line.contains("[EOF]")) throw Failure(path_, "is cut off: it does not end with [EOF]");
 }
 

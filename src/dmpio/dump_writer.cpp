@@ -19,10 +19,12 @@ int DumpWriter::begin(const char* path, int version, Header header, std::int64_t
   if (!(isText() ? text_.open(path) : blocks_.open(path)))
     return fail(0, isText() ? text_.errorText() : "cannot be written");
   header[kVersion] = version;
-  if (isText())
+  if (isText()) {
     text_.writeHeader(header);
-  else
-    blocks_.writeHeader(header);
+  } else if (!blocks_.writeHeader(header)) {
+    abandon();
+    return fail(0, "cannot be written: out of memory");
+  }
   writing_ = true;
   mostEntries_ = mostEntries;
   outOfMemory_ = false;
@@ -34,15 +36,14 @@ int DumpWriter::begin(const char* path, int version, Header header, std::int64_t
 int DumpWriter::end() {
   if (!writing_) return 0;
   error_.clear();
+  count_ = 0;
+  if (outOfMemory_) {
+    abandon();
+    return fail(0, "cannot be completed: out of memory");
+  }
   if (!isText()) blocks_.finishBlock(current_);
   fillSkipped(kAfterLastId);
   writing_ = false;
-  count_ = 0;
-  if (outOfMemory_) {
-    text_ = {};
-    blocks_ = {};
-    return fail(0, "cannot be completed: out of memory");
-  }
   if (isText() ? text_.finish() : blocks_.finish()) return 1;
   const bool hasReason = isText() && !text_.errorText().empty();
   return fail(0, hasReason ? text_.errorText() : "cannot be completed");

@@ -38,6 +38,14 @@ class DumpWriter {
   // The file will not be completed.
   void giveUp() { outOfMemory_ = true; }
 
+  bool isWriting() const { return writing_; }
+  // Lets go of the file, which is then not completed; takes no memory.
+  void abandon() {
+    writing_ = false;
+    text_ = {};
+    blocks_.abandon();
+  }
+
   const std::string& errorText() const { return error_; }
 
  private:

@@ -25,6 +25,16 @@ struct Sides {
   DumpWriter writer;
   std::string error;
 
+  // An operation that is to say why it failed. The words for this failure must not need memory themselves.
+  template <class Work>
+  int reported(Work work) {
+    try {
+      return work();
+    } catch (const std::exception&) {
+      error = "out of memory";
+      return 0;
+    }
+  }
   int readOne(Block block, Header header, int& value) {
     return safely(-2, [&] { return reader.readOne(block, header, value); });
   }
@@ -40,6 +50,16 @@ struct Sides {
   int writeItem(Header header, bool newGroup, int itemCount, int first, int second) {
     return write(kLineToFaceMap,
                  [&] { return writer.writeItem(header, newGroup, itemCount, first, second); });
+  }
+  int beginWriting(const char* path, int version, Header header, std::int64_t mostEntries) {
+    const bool wasOpen = writer.isWriting();
+    const int result = reported([&] {
+      const int begun = writer.begin(path, version, header, mostEntries);
+      error = writer.errorText();
+      return begun;
+    });
+    if (result != 1 && !wasOpen) writer.abandon();
+    return result;
   }
   // Copies from the file being read to the one being written: 1, or 0 when the source turned out damaged.
   int copyBlocks(Header header);

@@ -1,6 +1,5 @@
 #include "dmpio/text_input.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,6 +7,8 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+
+#include "base/descriptor.h"
 
 namespace orvmesh::dmpio {
 namespace {
@@ -41,7 +42,7 @@ bool TextInput::open(const char* path) {
   error_.clear();
   buffer_.resize(kBufferSize);
   // Without O_NONBLOCK the open of a pipe would wait for its writer.
-  descriptor_ = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  descriptor_ = openToRead(path, O_NONBLOCK);
   struct stat status {};
   if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0)
     error_ = std::string("cannot be read: ") + std::strerror(errno);
@@ -65,8 +66,8 @@ bool TextInput::refill(std::size_t wanted) {
   filled_ -= at_;
   at_ = 0;
   while (!ended_ && filled_ < wanted) {
-    const auto got = ::read(descriptor_, buffer_.data() + filled_, buffer_.size() - filled_);
-    if (got < 0 && errno == EINTR) continue;
+    const auto got = readSome(descriptor_, buffer_.data() + filled_, buffer_.size() - filled_);
+    if (got < 0) error_ = std::string("cannot be read: ") + std::strerror(errno);
     ended_ = got <= 0;
     if (got > 0) filled_ += static_cast<std::size_t>(got);
   }

@@ -70,5 +70,5 @@ void COrvDrawVectorTool::SetLine10(double x1, double y1, double z1, double x2, d
 }
 
 int COrvDrawVectorTool::OutputFile_STL(const char* path) {
-  return implementation_->drawing.write(path) ? 1 : 0;
+  return implementation_->drawing.write(path, true) ? 1 : 0;
 }

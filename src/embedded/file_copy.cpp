@@ -5,26 +5,12 @@
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
+#include "base/descriptor.h"
+
+using orvmesh::Descriptor;
+using orvmesh::uninterrupted;
 
 namespace {
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() { close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int number() const { return number_; }
-  bool close() {
-    const int closing = number_;
-    number_ = -1;
-    return closing >= 0 && ::close(closing) == 0;
-  }
-
- private:
-  int number_;
-};
 
 // Moves what the file system can move by itself and leaves both files at the place reached. Some file systems
 // answer 0 with bytes still to come, so its end means nothing.
@@ -38,12 +24,11 @@ void copyInKernel(int from, int to) {
 bool copyByHand(int from, int to) {
   std::array<char, std::size_t{1} << 16> buffer;
   for (;;) {
-    const ssize_t got = ::read(from, buffer.data(), buffer.size());
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got = orvmesh::readSome(from, buffer.data(), buffer.size());
     if (got <= 0) return got == 0;
     for (ssize_t written = 0, more = 0; written < got; written += more) {
-      more = ::write(to, buffer.data() + written, static_cast<std::size_t>(got - written));
-      if (more < 0 && errno == EINTR) more = 0;
+      more = uninterrupted(
+          [&] { return ::write(to, buffer.data() + written, static_cast<std::size_t>(got - written)); });
       if (more <= 0) return false;
     }
   }
@@ -54,15 +39,15 @@ bool copyByHand(int from, int to) {
 bool CopyFileA(const char* from, const char* to, bool failIfExists) {
   if (from == nullptr || to == nullptr) return false;
   // A pipe must not hold us up before it is seen to be no file.
-  const Descriptor source(::open(from, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const Descriptor source(orvmesh::openToRead(from, O_NONBLOCK));
   struct stat status {};
   if (source.number() < 0 || ::fstat(source.number(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
-  Descriptor target(
-      ::open(to, O_WRONLY | O_CREAT | O_CLOEXEC | (failIfExists ? O_EXCL : 0), status.st_mode & 0777));
+  const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | (failIfExists ? O_EXCL : 0);
+  Descriptor target(uninterrupted([&] { return ::open(to, flags, status.st_mode & 0777); }));
   struct stat twin {};
   if (target.number() < 0 || ::fstat(target.number(), &twin) != 0) return false;
   if (twin.st_dev == status.st_dev && twin.st_ino == status.st_ino) return false;
-  bool copied = ::ftruncate(target.number(), 0) == 0;
+  bool copied = uninterrupted([&] { return ::ftruncate(target.number(), 0); }) == 0;
   if (copied) copyInKernel(source.number(), target.number());
   copied = copied && copyByHand(source.number(), target.number()) && target.close();
   if (!copied) (void)::unlink(to);

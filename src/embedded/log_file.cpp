@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/descriptor.h"
+
 namespace orvmesh::embedded {
 namespace {
 
@@ -17,15 +19,14 @@ bool isSameFile(const std::string& a, const std::string& b) {
 bool writeTo(const std::string& logPath, std::string_view text, const std::string& kept, int mode) {
   if (logPath.empty() || isSameFile(logPath, kept)) return false;
   // Without O_NONBLOCK the open of a pipe would wait for its reader.
-  const int descriptor = ::open(logPath.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | mode, 0666);
-  if (descriptor < 0) return false;
-  bool written = true;
+  const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | mode;
+  const Descriptor descriptor(uninterrupted([&] { return ::open(logPath.c_str(), flags, 0666); }));
+  bool written = descriptor.isOpen();
   while (written && !text.empty()) {
-    const auto size = ::write(descriptor, text.data(), text.size());
+    const auto size = uninterrupted([&] { return ::write(descriptor.number(), text.data(), text.size()); });
     written = size > 0;
     if (written) text.remove_prefix(static_cast<std::size_t>(size));
   }
-  ::close(descriptor);
   return written;
 }
 

@@ -1,12 +1,12 @@
 #include "embedded/mapped_file.h"
 
-#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+
+#include "base/descriptor.h"
 
 namespace orvmesh::embedded {
 
@@ -14,14 +14,10 @@ bool MappedFile::open(const std::string& path) {
   close();
   error_.clear();
   // Without O_NONBLOCK the open of a pipe would wait for its writer.
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0) {
-    error_ = std::string("cannot be read: ") + std::strerror(errno);
-    return false;
-  }
-  const bool mapped = map(descriptor);
-  ::close(descriptor);
-  return mapped;
+  const Descriptor descriptor(openToRead(path.c_str(), O_NONBLOCK));
+  if (descriptor.isOpen()) return map(descriptor.number());
+  error_ = std::string("cannot be read: ") + std::strerror(errno);
+  return false;
 }
 
 bool MappedFile::map(int descriptor) {

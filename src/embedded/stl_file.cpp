@@ -33,10 +33,11 @@ void StlDrawing::triangle(const Point& a, const Point& b, const Point& c) {
   corners_.insert(corners_.end(), {a, b, c});
 }
 
-bool StlDrawing::write(const std::string& path) const {
+bool StlDrawing::write(const std::string& path, bool evenEmpty) const {
   const std::size_t triangles = corners_.size() / 3;
   AtomicFile file;
-  if (triangles == 0 || triangles > std::numeric_limits<std::uint32_t>::max() || !file.open(path))
+  if ((triangles == 0 && !evenEmpty) || triangles > std::numeric_limits<std::uint32_t>::max() ||
+      !file.open(path))
     return false;
   std::array<char, kHeaderSize + sizeof(std::uint32_t)> head{};
   const auto count = static_cast<std::uint32_t>(triangles);

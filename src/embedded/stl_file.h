@@ -15,8 +15,9 @@ class StlDrawing {
 
   void triangle(const Point& a, const Point& b, const Point& c);
   bool empty() const { return corners_.empty(); }
-  // Writes the file, whole or not at all. False when it cannot be written or holds no triangle.
-  bool write(const std::string& path) const;
+  // Writes the file, whole or not at all. False when it cannot be written; one without triangles is written
+  // on demand only.
+  bool write(const std::string& path, bool evenEmpty = false) const;
 
  private:
   std::vector<Point> corners_;  // three per triangle

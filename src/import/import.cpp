@@ -1,10 +1,10 @@
 #include "import/import.h"
 
-#include <filesystem>
 #include <limits>
 #include <map>
 
 #include "base/failure.h"
+#include "base/other_file.h"
 #include "import/channel_surface.h"
 #include "import/element_repair.h"
 #include "import/msh_reader.h"
@@ -19,11 +19,7 @@ void checkOptions(const ImportOptions& options) {
     throw Failure(options.target, "the scale factor must be a positive number");
   if (options.merge && !(*options.merge >= 0 && *options.merge <= std::numeric_limits<float>::max()))
     throw Failure(options.mesh, "the merge tolerance must be a number of at least 0");
-  for (const auto& source : {options.mesh, options.roles}) {
-    std::error_code none;
-    if (!source.empty() && std::filesystem::equivalent(source, options.target, none))
-      throw Failure(options.target, "is the file to read; the target needs another name");
-  }
+  requireOtherFile(options.target, {options.mesh, options.roles});
 }
 
 class Import {

@@ -1,15 +1,14 @@
 #include "import/mesh_file.h"
 
-#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <utility>
 
+#include "base/descriptor.h"
 #include "base/failure.h"
 
 namespace orvmesh::importing {
@@ -28,17 +27,16 @@ std::string refusal(int descriptor, struct stat& status) {
 
 MeshFile::MeshFile(std::string path) : path_(std::move(path)) {
   // Without O_NONBLOCK the open of a pipe would wait for its writer.
-  const int descriptor = ::open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0) throw Failure(path_, std::string("cannot be read: ") + std::strerror(errno));
+  const Descriptor descriptor(openToRead(path_.c_str(), O_NONBLOCK));
+  if (!descriptor.isOpen()) throw Failure(path_, std::string("cannot be read: ") + std::strerror(errno));
   struct stat status {};
-  std::string problem = refusal(descriptor, status);
+  std::string problem = refusal(descriptor.number(), status);
   void* memory = MAP_FAILED;
   if (problem.empty()) {
     size_ = static_cast<std::size_t>(status.st_size);
-    memory = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    memory = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, descriptor.number(), 0);
     if (memory == MAP_FAILED) problem = std::string("cannot be mapped: ") + std::strerror(errno);
   }
-  ::close(descriptor);
   if (!problem.empty()) throw Failure(path_, problem);
   bytes_ = static_cast<const char*>(memory);
 }

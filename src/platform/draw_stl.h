@@ -27,6 +27,7 @@ class COrvDrawVectorTool {
   virtual ~COrvDrawVectorTool();
 
   void SetLine10(double x1, double y1, double z1, double x2, double y2, double z2);
+  // 1 when the file was written, be it one without lines; else 0.
   int OutputFile_STL(const char* path);
 
  private:

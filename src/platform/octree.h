@@ -2,7 +2,7 @@
 
 #include <memory>
 
-// Nearest points of a fixed set.
+// Nearest points of a set that is fixed once Init has run.
 class COrv3DOctreeMimic {
  public:
   COrv3DOctreeMimic();

@@ -1,10 +1,11 @@
 #include "sensor/snc_rewrite.h"
 
 #include <array>
+#include <cmath>
 #include <iostream>
 
+#include "base/field_scan.h"
 #include "base/text_number.h"
-#include "sensor/field_scanner.h"
 #include "sensor/line_reader.h"
 
 namespace orvmesh::sensor {
@@ -197,7 +198,7 @@ void Rewriter::readCounts() {
   std::array<int, kAllTypes> counts{};
   for (std::size_t i = 0; i < counts.size(); ++i) {
     const std::string_view line = nextLine();
-    if (!FieldScanner(line).next(counts[i]))
+    if (!FieldScan(line).integer(counts[i]))
       complain("expected the count of sensors of type " + std::to_string(i + 1) + found(line));
   }
   compareCounts(counts);
@@ -228,11 +229,12 @@ void Rewriter::readSensors() {
   double x = 0, y = 0, z = 0;
   for (std::int32_t i = 1; i <= total_; ++i) {
     const std::string_view line = nextLine();
-    FieldScanner fields(line);
-    if (!(fields.next(lead) && fields.next(number) && fields.next(x) && fields.next(y) && fields.next(z)))
+    FieldScan fields(line);
+    if (!(fields.integer(lead) && fields.integer(number) && fields.number(x) && fields.number(y) &&
+          fields.number(z) && std::isfinite(x) && std::isfinite(y) && std::isfinite(z)))
       complain("expected sensor " + std::to_string(i) + " of " + std::to_string(total_) +
                " (type, number, x, y, z)" + found(line));
-    else if (!fields.onlyBlanksLeft())
+    else if (!fields.atEnd())
       ++report_.longSensorLines;
     std::string& text = kept_.text();
     appendInt(text, number);

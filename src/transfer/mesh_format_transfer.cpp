@@ -1,9 +1,10 @@
 #include "orvmesh/mesh_format_transfer.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <iostream>
 
 #include "transfer/ctg/ctg_export.h"
@@ -34,13 +35,29 @@ std::shared_ptr<int[]> sharedCopy(const OneBasedArray<std::int32_t>& values) {
   return sharedCopy(values.data() + 1, values.count());
 }
 
-// The log goes, unless its name is that of a mesh.
-void deleteLog(const char* log, const char* src, const char* dst) {
-  std::error_code none;
-  for (const char* mesh : {src, dst})
-    if (mesh != nullptr && std::filesystem::equivalent(mesh, log, none)) return;
-  (void)std::remove(log);
-}
+// Deletes the log at the end, also when memory has run out; unless its name is that of a mesh.
+class LogRemoval {
+ public:
+  LogRemoval(const char* log, const char* src, const char* dst) : log_(log), meshes_{src, dst} {}
+  LogRemoval(const LogRemoval&) = delete;
+  LogRemoval& operator=(const LogRemoval&) = delete;
+  ~LogRemoval() {
+    struct stat log {};
+    if (log_ == nullptr || ::stat(log_, &log) != 0) return;
+    for (const char* path : meshes_) {
+      struct stat mesh {};
+      if (path != nullptr && ::stat(path, &mesh) == 0 && mesh.st_dev == log.st_dev &&
+          mesh.st_ino == log.st_ino)
+        return;
+    }
+    (void)std::remove(log_);
+  }
+  void keepLog() { log_ = nullptr; }
+
+ private:
+  const char* log_;
+  const char* meshes_[2];
+};
 
 void copyOut(const std::shared_ptr<int[]>& values, int count, int* out) {
   if (values) std::copy_n(values.get() + 1, count, out + 1);
@@ -94,6 +111,7 @@ struct COrvMeshFormatTransfer::Calls {
   // kSourceTooOld. The worker is gone when this returns or throws.
   template <class Work>
   int run(const char* src, const char* dst, int mode, Work work) {
+    LogRemoval logRemoval(self.m_LogFilePath, src, dst);
     COrvSolverMeshWriter worker(std::cout, std::cin);
     worker.m_DebugLog = self.m_DebugLog;
     worker.stlDiagnostics = self.m_STLDiagnostics;
@@ -106,7 +124,7 @@ struct COrvMeshFormatTransfer::Calls {
     for (const auto& line : worker.warnings()) self.m_Warnings += line + "\n";
     const bool goesOn = read || !self.m_StopOnRefusedSource;
     const int result = goesOn ? work(worker) : 0;
-    if (result != kSourceTooOld) deleteLog(self.m_LogFilePath, src, dst);
+    if (result == kSourceTooOld) logRemoval.keepLog();
     return result;
   }
 

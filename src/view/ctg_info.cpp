@@ -1,9 +1,8 @@
 #include <algorithm>
-#include <cstdio>
 #include <map>
-#include <memory>
 #include <nlohmann/json.hpp>
 
+#include "base/descriptor.h"
 #include "base/text_number.h"
 #include "view/ctg_mesh.h"
 #include "view/file_info.h"
@@ -91,8 +90,9 @@ std::string propertyTable(const CtgMesh& mesh) {
 }  // namespace
 
 bool looksLikeCtg(const std::string& path) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
-  const int first = file ? std::fgetc(file.get()) : EOF;
+  const Descriptor file(openToRead(path.c_str()));
+  char first = '0';
+  if (readSome(file.number(), &first, 1) < 1) first = ' ';
   return first == '[' || (path.ends_with(".ctg") && first != '0');
 }
 

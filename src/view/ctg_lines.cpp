@@ -25,10 +25,8 @@ std::string shown(std::string_view text) {
 }
 
 CtgLines::CtgLines(const std::string& path)
-    : path_(path),
-      file_(std::fopen(path.c_str(), "rb"), &std::fclose),
-      buffer_(std::make_unique_for_overwrite<char[]>(kBuffer)) {
-  if (!file_) throw Failure(path, std::string("cannot be read: ") + std::strerror(errno));
+    : path_(path), file_(openToRead(path.c_str())), buffer_(std::make_unique_for_overwrite<char[]>(kBuffer)) {
+  if (!file_.isOpen()) throw Failure(path, std::string("cannot be read: ") + std::strerror(errno));
 }
 
 void CtgLines::fail(const std::string& what) const {
@@ -39,10 +37,9 @@ void CtgLines::fill() {
   std::memmove(buffer_.get(), buffer_.get() + at_, end_ - at_);
   end_ -= at_;
   at_ = 0;
-  const std::size_t got = std::fread(buffer_.get() + end_, 1, kBuffer - end_, file_.get());
-  if (std::ferror(file_.get()) != 0)
-    throw Failure(path_, std::string("cannot be read: ") + std::strerror(errno));
-  end_ += got;
+  const auto got = readSome(file_.number(), buffer_.get() + end_, kBuffer - end_);
+  if (got < 0) throw Failure(path_, std::string("cannot be read: ") + std::strerror(errno));
+  end_ += static_cast<std::size_t>(got);
   ended_ = got == 0;
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include "base/descriptor.h"
 
 namespace orvmesh::view {
 
@@ -23,7 +24,7 @@ class CtgLines {
   void fill();
 
   std::string path_;
-  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
+  Descriptor file_;
   std::unique_ptr<char[]> buffer_;
   std::size_t at_ = 0;
   std::size_t end_ = 0;

@@ -1,5 +1,7 @@
 #include "view/export_vtu.h"
 
+#include <stdexcept>
+
 #include "base/failure.h"
 #include "platform/cofedata.h"
 #include "view/grids.h"
@@ -34,10 +36,17 @@ class GridFile {
 VtuExport exportVtu(const std::string& ofePath, const std::string& vtuPath) {
   COFEData data;
   if (data.ReadDataBin(ofePath.c_str(), nullptr, 0, false) != 1) throw Failure(ofePath, data.errorText());
-  const VolumeGrid volume(data.model());
-  const SurfaceGrid surface(data.model());
-  const VtuGrid volumeGrid = volume.grid();
-  const VtuGrid surfaceGrid = surface.grid();
+  return exportVtu(data.model(), vtuPath, {});
+}
+
+VtuExport exportVtu(const MeshModel& model, const std::string& vtuPath, std::span<const NodalArray> nodal) {
+  for (const NodalArray& array : nodal)
+    if (array.values.size() != static_cast<std::size_t>(model.nodes.count()) + 1)
+      throw std::invalid_argument(array.name + ": needs a value for every node");
+  const VolumeGrid volume(model);
+  const SurfaceGrid surface(model);
+  const VtuGrid volumeGrid = volume.grid(nodal);
+  const VtuGrid surfaceGrid = surface.grid(nodal);
   VtuExport done{surfacePathOf(vtuPath), static_cast<std::int64_t>(volumeGrid.cells),
                  static_cast<std::int64_t>(surfaceGrid.cells)};
   GridFile volumeFile(volumeGrid, vtuPath);

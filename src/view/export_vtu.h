@@ -1,7 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
+
+#include "platform/mesh_records.h"
+#include "view/nodal_array.h"
 
 namespace orvmesh::view {
 
@@ -14,5 +18,7 @@ struct VtuExport {
 // elements to "NAME_surfaces.vtu" beside it. Coordinates are in model units. Throws Failure; neither file is
 // touched before both are complete.
 VtuExport exportVtu(const std::string& ofePath, const std::string& vtuPath);
+// The same of a model in memory; both files carry the values of their nodes as point arrays.
+VtuExport exportVtu(const MeshModel& model, const std::string& vtuPath, std::span<const NodalArray> nodal);
 
 }  // namespace orvmesh::view

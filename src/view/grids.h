@@ -3,16 +3,18 @@
 #include <vector>
 
 #include "platform/mesh_records.h"
+#include "view/nodal_array.h"
 #include "view/vtu_writer.h"
 
 namespace orvmesh::view {
 
 // The volume elements of a model as a grid: plastic, mold and channel elements one after another. The grid's
-// arrays are made from the model and this object while they are written.
+// arrays are made from the model and this object while they are written, and those of the nodes from memory
+// that must live as long.
 class VolumeGrid {
  public:
   explicit VolumeGrid(const MeshModel& model);
-  VtuGrid grid() const;
+  VtuGrid grid(std::span<const NodalArray> nodal) const;
 
  private:
   void writeConnectivity(VtuSink& sink) const;
@@ -29,12 +31,13 @@ class VolumeGrid {
 class SurfaceGrid {
  public:
   explicit SurfaceGrid(const MeshModel& model);
-  VtuGrid grid() const;
+  VtuGrid grid(std::span<const NodalArray> nodal) const;
 
  private:
   void numberNodes();
   void writePoints(VtuSink& sink) const;
   void writeNodeNumbers(VtuSink& sink) const;
+  void writeNodal(VtuSink& sink, std::span<const double> values) const;
   void writeConnectivity(VtuSink& sink) const;
   void writeOffsets(VtuSink& sink) const;
 

@@ -48,6 +48,11 @@ void SurfaceGrid::writeNodeNumbers(VtuSink& sink) const {
     if (point_[node] != 0) sink.put(static_cast<std::int32_t>(node));
 }
 
+void SurfaceGrid::writeNodal(VtuSink& sink, std::span<const double> values) const {
+  for (std::size_t node = 1; node < point_.size(); ++node)
+    if (point_[node] != 0) sink.put(values[node]);
+}
+
 void SurfaceGrid::writeConnectivity(VtuSink& sink) const {
   for (std::size_t i = 0; i < sizeOf(model_.surfaces); ++i)
     for (const auto node : cornersOf(model_.surfaces, i))
@@ -60,7 +65,7 @@ void SurfaceGrid::writeOffsets(VtuSink& sink) const {
     sink.put(end += static_cast<std::int64_t>(cornersOf(model_.surfaces, i).size()));
 }
 
-VtuGrid SurfaceGrid::grid() const {
+VtuGrid SurfaceGrid::grid(std::span<const NodalArray> nodal) const {
   const SurfaceTable& table = model_.surfaces;
   const std::uint64_t cells = sizeOf(table);
   const auto column = [cells](const char* name, std::span<const std::int32_t> values,
@@ -71,6 +76,9 @@ VtuGrid SurfaceGrid::grid() const {
   grid.points = points_;
   grid.cells = cells;
   grid.pointData = {{"node", VtuType::Int32, 1, points_, [this](VtuSink& sink) { writeNodeNumbers(sink); }}};
+  for (const NodalArray& array : nodal)
+    grid.pointData.push_back({array.name.c_str(), VtuType::Float64, 1, points_,
+                              [this, values = array.values](VtuSink& sink) { writeNodal(sink, values); }});
   grid.cellData = {column("interface", table.interfaceId),
                    column("ownerCode", table.ownerCode),
                    column("contactCode", table.contactCode),

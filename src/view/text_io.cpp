@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
+#include "base/descriptor.h"
 #include "base/failure.h"
 
 namespace orvmesh::view {
@@ -15,23 +15,23 @@ std::string readWholeFile(const std::string& path) {
   const auto cannot = [&](int reason) {
     return Failure(path, std::string("cannot be read: ") + std::strerror(reason));
   };
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
-  if (!file) throw cannot(errno);
+  const Descriptor file(openToRead(path.c_str()));
+  if (!file.isOpen()) throw cannot(errno);
 
   // The size is a hint; pipes have none.
   struct stat status {};
   std::string bytes;
-  if (::fstat(::fileno(file.get()), &status) == 0 && S_ISREG(status.st_mode))
+  if (::fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode))
     bytes.reserve(static_cast<std::size_t>(status.st_size) + 1);
   constexpr std::size_t kPiece = std::size_t{1} << 16;
-  for (std::size_t got = kPiece; got == kPiece;) {
+  for (;;) {
     const auto size = bytes.size();
     bytes.resize(size + kPiece);
-    got = std::fread(bytes.data() + size, 1, kPiece, file.get());
-    bytes.resize(size + got);
+    const auto got = readSome(file.number(), bytes.data() + size, kPiece);
+    if (got < 0) throw cannot(errno);
+    bytes.resize(size + static_cast<std::size_t>(got));
+    if (got == 0) return bytes;
   }
-  if (std::ferror(file.get()) != 0) throw cannot(errno);
-  return bytes;
 }
 
 void printText(std::string_view text) {

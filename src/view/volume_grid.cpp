@@ -78,7 +78,7 @@ void VolumeGrid::writeTypes(VtuSink& sink) const {
   for (const auto* table : tables_) writeTableTypes(sink, *table);
 }
 
-VtuGrid VolumeGrid::grid() const {
+VtuGrid VolumeGrid::grid(std::span<const NodalArray> nodal) const {
   std::uint64_t cells = 0, corners = 0;
   for (const auto* table : tables_) {
     cells += sizeOf(*table);
@@ -94,6 +94,10 @@ VtuGrid VolumeGrid::grid() const {
   VtuGrid grid;
   grid.points = static_cast<std::uint64_t>(model_.nodes.count());
   grid.cells = cells;
+  for (const NodalArray& array : nodal)
+    grid.pointData.push_back(
+        {array.name.c_str(), VtuType::Float64, 1, grid.points,
+         [values = array.values](VtuSink& sink) { sink.raw(std::as_bytes(values.subspan(1))); }});
   grid.cellData = {perTable("component", VtuType::UInt8,
                             [](VtuSink& sink, std::size_t c, const ElementTable& table) {
                               sink.generate<std::uint8_t>(sizeOf(table), [c](std::size_t) {

@@ -96,7 +96,7 @@ class Import(unittest.TestCase):
         self.refused("is a directory", self.folder.name, self.target)
         self.write(self.mesh, mesh_text())
         self.refused("roles.json", self.mesh, self.target, "--roles", self.path("roles.json"))
-        self.refused("is the file to read", self.mesh, self.mesh)
+        self.refused("name another target", self.mesh, self.mesh)
         self.refused("nowhere/mold.ofe", self.mesh, self.path("nowhere/mold.ofe"))
 
     def test_full_disk(self):

@@ -58,6 +58,15 @@ class Transfer(FolderTest):
                 with self.subTest(target=target, variant=variant):
                     self.refused("transfer", variant, "mold.ofe", target, names=[f"orvmesh: {target}: "])
 
+    def test_a_target_that_is_read(self):
+        os.link("mold.ofe", "mesh.vtu")
+        os.symlink("mold.ofe", "link.ofe")
+        for words in (("dump", "mold.ofe", "-o", "link.ofe"), ("load", "mold.ofe", "mold.ofe"),
+                      ("ctg", "mold.ofe", "link.ofe"), ("export", "mold.ofe", "mesh.vtu"),
+                      ("channels", "mold.ofe", "-o", "mesh.vtu"), ("heat", "mold.ofe", "mold.ofe", "-o", "mesh.vtu"),
+                      ("map", "result", "mold.ofe", "mold.ofe", "-o", "mesh.vtu")):
+            self.refused(*words, names=["name another target"])
+
     def test_a_full_disk(self):
         for variant in VARIANTS:
             self.refused("transfer", variant, "mold.ofe", "target.ofe", names=["target.ofe: ", "File too large"],

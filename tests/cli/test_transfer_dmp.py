@@ -113,8 +113,8 @@ class Numbers(unittest.TestCase):
 
     def test_refusals(self):
         target, dump = self.path("new.ofe"), self.path("new.dmp")
-        for code, words, text in ((1, ("--dmp", self.mold), "is the mesh itself"),
-                                  (1, ("--dmp", target), "is the mesh itself"),
+        for code, words, text in ((1, ("--dmp", self.mold), "name another target"),
+                                  (1, ("--dmp", target), "name another target"),
                                   (1, ("--dmp", dump, "--dmp-version", "2002"), "version 2002"),
                                   (2, ("--dmp-version", "1023"), "--dmp"),
                                   (1, ("--dmp", self.path("none/new.dmp")), "cannot be written")):

@@ -1,6 +1,6 @@
 #pragma once
 
-// A point in space; handed across the exported interface.
+// A point in space.
 struct CPoint3d {
   double x = 0;
   double y = 0;

@@ -1,0 +1,264 @@
+#include <gtest/gtest.h>
+#include <orvmesh/dmpio_manipulator.h>
+#include <orvmesh/mesh_format_transfer.h>
+#include <orvmesh/sensor_file.h>
+#include <orvmesh/sensor_mapping_tools.h>
+
+#include <filesystem>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <optional>
+
+#include "alloc/failing_allocations.h"
+#include "dmpio/dump_content.h"
+#include "embedded/all_blocks.h"
+#include "platform/cofedata.h"
+#include "support/json_mesh.h"
+
+// Every entry operation with its n-th allocation failing, for every n.
+namespace orvmesh::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Mode = FailingAllocations::Mode;
+using Files = std::map<std::string, std::string>;
+
+constexpr const char* kMold = R"({"header": {"fields": {"0": 14001}},
+"nodes": [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1], [1, 1, 1], [2, 0, 0.5]],
+"elementsPlastic": [{"nodes": [1, 2, 3, 4], "a": 1, "b": 201}],
+"elementsMoldBase": [{"nodes": [2, 3, 4, 5], "a": 5002, "b": 1}, {"nodes": [2, 4, 5, 6], "a": 1, "b": 1}],
+"elementsCoolChannel": [{"nodes": [1, 2, 3, 5], "a": 1, "b": 3}, {"nodes": [1, 2, 4, 6], "a": 2, "b": 4}],
+"elementSurfaces": [{"nodes": [2, 3, 4, 4], "interfaceId": 1, "elementNo": 1, "tag": 1},
+  {"nodes": [2, 4, 5, 5], "interfaceId": 2, "elementNo": 1, "tag": 2},
+  {"nodes": [1, 2, 3, 3], "interfaceId": 4, "boundaryType": 3, "elementNo": 1, "tag": 1048579}],
+"sensors": [{"type": 1, "ids": [1, 0, 7, 0], "position": [0.1, 0.1, 0.1]},
+  {"type": 4, "ids": [1, 0, 8, 0], "position": [0.1, 0.2, 0.1]}],
+"surfaceBoundaryConditionNames": [{"name": "gate of the part with a long name", "type": 7,
+  "dictionary": {"THICKNESS": "2.5"}}],
+"moldMetalLayers": [[1, 2, "steel", 3, 4, 5, 6]]})";
+
+constexpr const char* kHistory =
+    "9\n[HEADER] text\n[SENSOR INFO]\nnumbers\n2\n0\n0\n0\n0\n0\n1  7      1 2 3\n1  8      1 2 3\n"
+    "[HISTORY DATA]\n0.5\n35.00\n36.00\n\n[EOF]\n";
+
+// An operation on a fresh object; it tells whether it worked.
+struct Operation {
+  const char* name;
+  std::function<bool()> run;
+  bool mayThrow = false;
+};
+
+void PrintTo(const Operation& operation, std::ostream* out) { *out << operation.name; }
+
+// The frame of the transfer entries, the only ones that an allocation failure may leave as an exception.
+template <class Entry>
+Operation transfer(const char* name, Entry entry) {
+  return {name,
+          [entry] {
+            COrvMeshFormatTransfer object;
+            object.SetStopOnRefusedSource(true);
+            object.SetKeepTargetNumbers(true);
+            object.SetSTLDiagnostics(true);
+            std::string source = "mold.ofe", target = "target";
+            entry(object, source.data(), target.data());
+            return *object.GetErrorMessage_Link() == '\0';
+          },
+          true};
+}
+
+// The constructor is the one that may throw.
+template <class Work>
+bool withDump(Work work) {
+  std::optional<Dump> dump;
+  try {
+    dump.emplace();
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return work(*dump);
+}
+
+bool convert(int version) {
+  return withDump([=](Dump& dump) {
+    dump.convert("map.dmp", "target", version);
+    return *dump.getErrorText() == '\0';
+  });
+}
+
+bool writeDump(int version) {
+  static const Content content = everything();
+  return withDump([=](Dump& dump) {
+    setCounts(dump, content);
+    if (dump.beginWriting("target", version) != 1) return false;
+    writeContent(dump, content);
+    return dump.endWriting() == 1;
+  });
+}
+
+// Of one block, entry by entry; the others are read alike.
+bool readDump(const char* path) {
+  return withDump([=](Dump& dump) {
+    int first = 0, second = 0, entries = 0;
+    if (dump.beginReading(path, nullptr) != 1) return false;
+    while (dump.readNodeMapBlockEntry(first, second) >= 0) ++entries;
+    return entries == 3;
+  });
+}
+
+bool readAll(const char* path) {
+  OFEIO_Manipulator file;
+  if (file.beginReading(path, nullptr, 0) != 1) return false;
+  readAllBlocks(file);
+  return file.errorText().empty() && file.endReading() == 1;
+}
+
+bool readModel() {
+  COFEData data;
+  return data.ReadDataBin("mold.ofe", nullptr, 0, false) == 1 && !data.contactFaces().empty();
+}
+
+const Operation kOperations[] = {
+    transfer("channels", [](auto& t, char* s, char* d) { t.TransferMesh_OnlyChannel(s, d); }),
+    transfer("hot runner", [](auto& t, char* s, char* d) { t.TransferMesh_OnlyHotRunner(s, d); }),
+    transfer("stream line", [](auto& t, char* s, char* d) { t.TransferMesh_StreamLineMesh(s, d); }),
+    transfer("mold base", [](auto& t, char* s, char* d) { t.TransferMesh_OnlyMoldbase(s, d); }),
+    transfer("part inserts", [](auto& t, char* s, char* d) { t.TransferMesh_CombinePI(s, d); }),
+    transfer("part inserts and channels",
+             [](auto& t, char* s, char* d) { t.TransferMesh_CombinePIAndChannel(s, d); }),
+    transfer("CTG", [](auto& t, char* s, char* d) { t.TransSolidOFEtoCTG(s, d); }),
+    transfer("node types", [](auto& t, char* s, char*) { t.SetPartInsertMeshFilePath(s, 0); }),
+    transfer("inserts?", [](auto& t, char* s, char*) { (void)t.IfMeshHasPartInsert(s); }),
+    {"dump convert to text", [] { return convert(1023); }},
+    {"dump convert to blocks", [] { return convert(2004); }},
+    {"dump read", [] { return readDump("blocks.dmp"); }},
+    {"dump read as text", [] { return readDump("text.dmp"); }},
+    {"dump write", [] { return writeDump(2004); }},
+    {"dump write as text", [] { return writeDump(1023); }},
+    {"sensor mapping",
+     [] {
+       COrvMeshTransfer_SensorMapping maps;
+       maps.SetMeshFilePath_Std("mold.ofe", 0, 0);
+       return *maps.GetErrorMessage_Link() == '\0' && maps.GetTotalSensorNumber_Ori() == 2;
+     }},
+    {"fast sensor mapping",
+     [] {
+       COrvMeshTransfer_SensorMapping maps;
+       maps.SetMeshFilePath_Fast("mold.ofe", 1);
+       return *maps.GetErrorMessage_Link() == '\0' && maps.GetTotalSensorNumber_Ori() == 2;
+     }},
+    {"sensor file",
+     [] {
+       COrvMeshTransfer_SensorFile file;
+       file.TransferSensorFile_SNC("history.snc", "mold.ofe", 0, 0);
+       return *file.GetErrorMessage_Link() == '\0';
+     }},
+    {"sensor tools",
+     [] {
+       COrvSensorMappingTools tools;
+       return tools.SetMeshFilePath("mold.ofe") && tools.GetSensorDisplayID(1) != 0;
+     }},
+    {"OFE write", [] { return writeAllBlocks("target") == 1; }, true},
+    {"OFE read", [] { return readAll("all.ofe"); }, true},
+    {"model", readModel, true},
+};
+
+Files filesHere() {
+  Files files;
+  for (const auto& entry : fs::directory_iterator("."))
+    files[entry.path().filename()] = bytesOf(entry.path());
+  return files;
+}
+
+std::size_t openDescriptors() {
+  const fs::directory_iterator all("/proc/self/fd");
+  return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
+class Allocations : public ::testing::TestWithParam<Operation> {
+ protected:
+  void SetUp() override {
+    fs::current_path(dir_.path());
+    fs::rename(writeOfe(".", kMold), "mold.ofe");
+    ASSERT_EQ(writeAllBlocks("all.ofe"), 1);
+    ASSERT_EQ(writeFile("blocks.dmp", 2004, everything()), 1);
+    ASSERT_EQ(writeFile("text.dmp", 1023, everything()), 1);
+    ASSERT_EQ(writeFile("map.dmp", 1023, {}), 1);
+    writeBytes("history.snc", kHistory);
+    writeBytes("target", "old");
+    before_ = filesHere();
+    output_ = std::cout.rdbuf(nullptr);  // what the operations print, and what they would allocate for it
+  }
+  void TearDown() override {
+    std::cout.rdbuf(output_);
+    fs::current_path("/");
+  }
+  void restore() {
+    for (const auto& [name, bytes] : filesHere())
+      if (!before_.contains(name)) fs::remove(name);
+    for (const auto& [name, bytes] : before_)
+      if (!fs::exists(name) || bytesOf(name) != bytes) writeBytes(name, bytes);
+  }
+
+  // The operation with its n-th allocation failing: false when it has fewer.
+  bool runFailing(long n, Mode mode);
+
+  TempDir dir_;
+  Files before_, after_;
+  std::streambuf* output_ = nullptr;
+};
+
+bool Allocations::runFailing(long n, Mode mode) {
+  const Operation& operation = GetParam();
+  bool worked = false, threw = false;
+  long used = 0;
+  {
+    const FailingAllocations failing(n, mode);
+    try {
+      worked = operation.run();
+    } catch (const std::bad_alloc&) {
+      threw = true;
+    }
+    used = FailingAllocations::count();
+  }
+  EXPECT_FALSE(threw && !operation.mayThrow) << n;
+  Files now = filesHere();
+  // The sensor file is rewritten in place; until it is whole its old content is in the copy.
+  if (const auto copy = now.extract("history.snc.tmc"); copy && !worked) now["history.snc"] = copy.mapped();
+  for (const auto& [name, bytes] : now) {
+    const bool isOld = before_.contains(name) && before_.at(name) == bytes;
+    const bool isNew = after_.contains(name) && after_.at(name) == bytes;
+    EXPECT_TRUE(isNew || (isOld && !worked)) << n << ": " << name << (worked ? " after success" : "");
+  }
+  for (const auto& [name, bytes] : before_) EXPECT_TRUE(now.contains(name)) << n << ": " << name;
+  return used >= n;
+}
+
+TEST_P(Allocations, EveryOneMayFail) {
+  const auto descriptors = openDescriptors();
+  ASSERT_TRUE(GetParam().run());  // once, so that what the process keeps is there
+  restore();
+  ASSERT_TRUE(GetParam().run());
+  after_ = filesHere();
+  for (const Mode mode : {Mode::Once, Mode::FromThenOn}) {
+    for (long n = 1;; ++n) {
+      restore();
+      if (!runFailing(n, mode) || HasFailure()) break;
+      if (n % 32 != 1) continue;
+      restore();
+      EXPECT_TRUE(GetParam().run()) << "after a failure at " << n;
+    }
+  }
+  EXPECT_EQ(openDescriptors(), descriptors);
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, Allocations, ::testing::ValuesIn(kOperations),
+                         [](const auto& operation) {
+                           std::string name;
+                           for (const char c : std::string(operation.param.name))
+                             if (std::isalnum(static_cast<unsigned char>(c)) != 0) name += c;
+                           return name;
+                         });
+
+}  // namespace
+}  // namespace orvmesh::test

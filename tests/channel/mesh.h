@@ -1,0 +1,81 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "platform/ofeio.h"
+#include "support/temp_dir.h"
+
+namespace orvmesh::test {
+
+// Writes a file whose header counts are right, unless `fill` sets them otherwise.
+inline std::string writeMesh(const std::string& path, const std::function<void(OFEIO_Manipulator&)>& fill) {
+  OFEIO_Manipulator file;
+  file.header[m_HEADER_Version] = 14001;
+  EXPECT_EQ(file.beginWriting(path.c_str(), 14001, 0), 1);
+  fill(file);
+  EXPECT_EQ(file.endWriting(), 1) << file.errorText();
+  return path;
+}
+
+inline void writeFace(OFEIO_Manipulator& file, std::vector<int> nodes, int interfaceId, int surfaceCode,
+                      int endCode, int group) {
+  ++file[m_HEADER_NElemS];
+  file.writeElementSurfaceBlockEntry(nodes.data(), interfaceId, surfaceCode, endCode, group, 0, 0);
+}
+
+// A cloud of random nodes; its places are multiples of 1/8 so that equal distances are frequent.
+inline std::vector<float> writeCloud(OFEIO_Manipulator& file, int count, std::mt19937& random) {
+  std::vector<float> xyz;
+  for (int n = 0; n < count; ++n) {
+    for (int axis = 0; axis < 3; ++axis) xyz.push_back(static_cast<float>(random() % 80) / 8);
+    file.writeNodeBlockEntry(xyz[xyz.size() - 3], xyz[xyz.size() - 2], xyz[xyz.size() - 1]);
+  }
+  file[m_HEADER_NNode] = count;
+  return xyz;
+}
+
+inline double squareDistance(const double (&a)[3], const double (&b)[3]) {
+  double sum = 0;
+  for (int axis = 0; axis < 3; ++axis) sum += (a[axis] - b[axis]) * (a[axis] - b[axis]);
+  return sum;
+}
+
+inline std::string bytesOf(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// What the job prints on standard output.
+inline std::string printedBy(const std::function<void()>& job) {
+  testing::internal::CaptureStdout();
+  job();
+  return testing::internal::GetCapturedStdout();
+}
+
+// Calls use(path) for the file with every (or every step-th) byte changed, and cut at many lengths.
+inline void eachDamage(const std::string& path, const std::function<void(const std::string&)>& use,
+                       std::size_t step = 1) {
+  const std::string bytes = bytesOf(path), damaged = path + ".damaged";
+  std::ofstream(damaged, std::ios::binary) << bytes;
+  for (std::size_t i = 0; i < bytes.size(); i += step) {
+    const auto put = [&](char byte) {
+      std::fstream file(damaged, std::ios::binary | std::ios::in | std::ios::out);
+      file.seekp(static_cast<std::streamoff>(i)).put(byte);
+    };
+    put(static_cast<char>(bytes[i] ^ 0x55));
+    use(damaged);
+    put(bytes[i]);
+  }
+  for (std::size_t size = bytes.size(); size > 7 * step; use(damaged))
+    std::filesystem::resize_file(damaged, size -= 7 * step);
+}
+
+}  // namespace orvmesh::test

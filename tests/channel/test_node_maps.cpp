@@ -1,0 +1,268 @@
+#include <orvmesh/channel_result_map.h>
+#include <orvmesh/channel_surface_node_map.h>
+
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <set>
+
+#include "channel/mesh.h"
+#include "channel/surface_node_map.h"
+
+namespace orvmesh::test {
+namespace {
+
+using NodeMap = COrvMeshTrans_GetSolidCCSurfaceNodeMap2MBNode;
+using ResultMap = COrvMeshTrans_GetSolidCoolingChannelElementResultFromOFV;
+
+// A mesh of random nodes, elements and faces, and what is known of it.
+struct Cloud {
+  std::vector<float> xyz;
+  std::set<int> inMold, inUse, onSurface, ownPartner;
+
+  explicit Cloud(const std::string& path, int nodes = 200) {
+    writeMesh(path, [&](OFEIO_Manipulator& file) {
+      std::mt19937 random(11);
+      file.header.setFloatField(m_HEADER_ScaleFactor, 0.5F);
+      xyz = writeCloud(file, nodes, random);
+      const auto pick = [&](int from, int to) {
+        return from + static_cast<int>(random() % static_cast<unsigned>(to - from));
+      };
+      for (int e = 0; e < 40; ++e) {
+        const int tet[] = {pick(1, 120), pick(1, 120), pick(1, 120), pick(1, 120)};
+        file.writeElementMoldBaseBlockEntry(4, tet, 1, 1, 0);
+        // The header counts 30 of them.
+        if (e < 30) inMold.insert(std::begin(tet), std::end(tet));
+        inUse.insert(std::begin(tet), std::end(tet));
+      }
+      file[m_HEADER_NElemM] = 30;
+      const int channel[] = {150, 151, 152, 153, 154, 155};
+      file.writeElementCoolChannelBlockEntry(6, channel, 1, 1, 0);
+      inUse.insert(std::begin(channel), std::end(channel));
+      for (int f = 0; f < 60; ++f) {
+        std::vector<int> face{pick(60, nodes), pick(60, nodes), pick(60, nodes), pick(60, nodes)};
+        const int interfaceId = pick(2, 5), endCode = pick(0, 3);
+        writeFace(file, face, interfaceId, 1, endCode, 1);
+        if (interfaceId == 2) continue;
+        onSurface.insert(face.begin(), face.end());
+        if (interfaceId == 3 && endCode != 0) ownPartner.insert(face.begin(), face.end());
+      }
+    });
+  }
+
+  double distanceOf(int a, int b) const {
+    double square = 0;
+    const auto first = 3 * (static_cast<std::size_t>(a) - 1), second = 3 * (static_cast<std::size_t>(b) - 1);
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      const double d = 0.5 * xyz[first + axis] - 0.5 * xyz[second + axis];
+      square += d * d;
+    }
+    return std::sqrt(square);
+  }
+  int nearestInMold(int node) const {
+    int best = 0;
+    for (const int other : inMold)
+      if (best == 0 || distanceOf(node, other) < distanceOf(node, best)) best = other;
+    return best;
+  }
+};
+
+TEST(SurfaceNodeMap, AgreesWithASearchOfEveryNode) {
+  const TempDir dir;
+  const Cloud cloud(dir / "a.ofe");
+  channel::SurfaceNodeMap map;
+  std::string error;
+  ASSERT_EQ(channel::mapSurfaceNodes((dir / "a.ofe").c_str(), {}, map, error), 1);
+  EXPECT_EQ(std::set<int>(map.nodes.begin(), map.nodes.end()), cloud.onSurface);
+  EXPECT_TRUE(std::is_sorted(map.nodes.begin(), map.nodes.end()));
+  EXPECT_EQ(map.moldNodes, static_cast<int>(cloud.inMold.size()));
+  ASSERT_GT(cloud.ownPartner.size(), 5U);
+  for (std::size_t k = 0; k < map.nodes.size(); ++k) {
+    const int node = map.nodes[k];
+    const bool isOwn = cloud.ownPartner.contains(node);
+    EXPECT_EQ(map.toMold[k], isOwn ? node : cloud.nearestInMold(node)) << node;
+    EXPECT_EQ(std::isnan(map.distance[k]), isOwn);
+    if (isOwn) continue;
+    EXPECT_DOUBLE_EQ(map.distance[k], cloud.distanceOf(node, map.toMold[k]));
+  }
+}
+
+TEST(SurfaceNodeMap, TheClassCountsAndDraws) {
+  const TempDir dir;
+  const std::string path = dir / "a.ofe", stl = path + ".CCNodeToMBNode.stl";
+  const Cloud cloud(path);
+  NodeMap map;
+  EXPECT_EQ(map.GetCCSurfNodeNumber(), 0);
+  EXPECT_EQ(printedBy([&] { EXPECT_EQ(map.SetOFEFile(path.c_str()), 1); }), "");
+  EXPECT_FALSE(std::filesystem::exists(stl));
+  const auto count = static_cast<int>(cloud.onSurface.size());
+  EXPECT_EQ(map.GetCCSurfNodeNumber(), count);
+  int ids[] = {-7, -7};
+  map.GetCCSurfNodeID(ids);
+  map.GetCCSurfNodeIDMapToGlobalNodeIDInMoldbase_Link(ids);
+  EXPECT_EQ(ids[0] + ids[1], -14);
+
+  NodeMap second = map;
+  EXPECT_EQ(printedBy([&] { EXPECT_LE(second.SetOFEFile("missing"), 0); }),
+            " can not open mesh file at :missing\n");
+  EXPECT_EQ(second.GetCCSurfNodeNumber(), count);
+
+  second.SetDebugMode(true);
+  const std::string printed = printedBy([&] { second.SetOFEFile(path.c_str()); });
+  EXPECT_EQ(printed.find("ofeReader return 1\nReadOFE_HEADER();\nm_NTotNode=200\nm_NTotSurfElmt=60\n"
+                         "ReadOFE_Node();\nm_NTotNode=200\nReadOFE_MoldbaseElement();\nm_NTotMBNode="),
+            0U);
+  for (const std::string line :
+       {"ReadOFE_ElementSurface();", "Yse! I got readElementSurfaceBlockEntry()",
+        "Moldbase to coolant channel interface(ID=3):", "coolant channel ends and hoses(ID=4):",
+        "ReadOFE() OK", "CreateRelation_CCSurfAndMolbase();"})
+    EXPECT_NE(printed.find("\n" + line + "\n"), std::string::npos) << line;
+  EXPECT_TRUE(printed.ends_with("\ndraw CC surface node to Moldbase node at " + stl + "\n"));
+  const auto searched = cloud.onSurface.size() - cloud.ownPartner.size();
+  EXPECT_EQ(std::filesystem::file_size(stl), 84 + 50 * searched);
+}
+
+TEST(SurfaceNodeMap, MarksDoNotDependOnTheOrderAndMissingMoldIsTold) {
+  const TempDir dir;
+  for (const bool wallFirst : {true, false}) {
+    const std::string path = writeMesh(dir / "a.ofe", [&](OFEIO_Manipulator& file) {
+      for (const float x : {0.0F, 1.5F, 2.0F, 3.0F, 4.0F}) file.writeNodeBlockEntry(x, 0, 0.25F);
+      for (const bool wall : {wallFirst, !wallFirst})
+        writeFace(file, wall ? std::vector{1, 2, 3, 3} : std::vector{2, 3, 99, -1}, wall ? 3 : 4, 1, 1, 1);
+      file[m_HEADER_NElemS] = 1;
+    });
+    channel::SurfaceNodeMap map;
+    std::string error;
+    channel::mapSurfaceNodes(path.c_str(), {}, map, error);
+    EXPECT_EQ(map.toMold, (std::vector<std::int32_t>{1, 2, 3}));
+  }
+  const std::string path = writeMesh(dir / "b.ofe", [&](OFEIO_Manipulator& file) {
+    file.writeNodeBlockEntry(0, 0, 0);
+    file.writeNodeBlockEntry(1.5F, -2, 0.25F);
+    writeFace(file, {2, 2, 2, 2}, 4, 1, 1, 1);
+    file[m_HEADER_NNode] = std::numeric_limits<int>::max();
+    file[m_HEADER_NElemM] = -5;
+  });
+  NodeMap map;
+  EXPECT_EQ(printedBy([&] { EXPECT_EQ(map.SetOFEFile(path.c_str()), 1); }),
+            "can not find CC node to MB node at CC NodeID=2 (1.5 , -2 , 0.25)\n");
+  EXPECT_EQ(map.GetCCSurfNodeNumber(), 1);
+}
+
+TEST(SurfaceNodeMap, DamageIsSeen) {
+  const TempDir dir;
+  const Cloud cloud(dir / "a.ofe", 160);
+  NodeMap right;
+  right.SetOFEFile((dir / "a.ofe").c_str());
+  int read = 0, refused = 0;
+  printedBy([&] {
+    eachDamage(
+        dir / "a.ofe",
+        [&](const std::string& damaged) {
+          NodeMap map;
+          const bool isRead = map.SetOFEFile(damaged.c_str()) == 1;
+          ++(isRead ? read : refused);
+          EXPECT_EQ(map.GetCCSurfNodeNumber(), isRead ? right.GetCCSurfNodeNumber() : 0);
+        },
+        5);
+  });
+  EXPECT_GT(refused, read);
+}
+
+struct Points {
+  std::vector<double> x{-1}, y{-1}, z{-1}, value{-1};
+  explicit Points(int count, unsigned seed) {
+    std::mt19937 random(seed);
+    for (int i = 0; i < count; ++i)
+      for (auto* const axis : {&x, &y, &z, &value}) axis->push_back(static_cast<double>(random() % 40) / 8);
+  }
+  int count() const { return static_cast<int>(x.size()) - 1; }
+};
+
+void expectMapped(ResultMap& map, const Cloud& cloud, Points points) {
+  ASSERT_EQ(map.SetInputNode(points.count(), points.x.data(), points.y.data(), points.z.data()), 1);
+  ASSERT_EQ(map.SetInputNodeResult(points.value.data()), 1);
+  const std::vector<int> kept(cloud.inUse.begin(), cloud.inUse.end());
+  std::vector<int> ids(points.x.size(), -7), wantedIds(points.x.size(), 0);
+  std::vector<double> results(kept.size() + 1, -7), wanted(kept.size() + 1, -7);
+  for (std::size_t k = 0; k < kept.size(); ++k) {
+    const float* const p = cloud.xyz.data() + 3 * (static_cast<std::size_t>(kept[k]) - 1);
+    const double at[] = {p[0] * 0.5, p[1] * 0.5, p[2] * 0.5};
+    std::size_t best = 0;
+    double least = 0;
+    for (std::size_t j = 1; j < points.x.size(); ++j) {
+      const double square = squareDistance(at, {points.x[j], points.y[j], points.z[j]});
+      if (std::isnan(square) || (best != 0 && square >= least)) continue;
+      best = j;
+      least = square;
+    }
+    wantedIds[best] = static_cast<int>(k) + 1;
+    wanted[k + 1] = points.value[best];
+  }
+  wantedIds[0] = -7;
+  EXPECT_EQ(map.GetMapOFENodeID(ids.data()), 1);
+  EXPECT_EQ(map.GetMapOFENodeResult(results.data()), 1);
+  EXPECT_EQ(ids, wantedIds);
+  EXPECT_EQ(results, wanted);
+}
+
+TEST(ResultMap, AgreesWithASearchOfEveryPointAlsoWhenUsedAgain) {
+  const TempDir dir;
+  const Cloud cloud(dir / "a.ofe"), larger(dir / "b.ofe", 400);
+  ResultMap map;
+  EXPECT_EQ(map.SetOFEFile((dir / "a.ofe").c_str()), 1);
+  EXPECT_TRUE(std::filesystem::exists(dir / "a.log"));
+  Points odd(30, 5);
+  odd.y[3] = std::numeric_limits<double>::quiet_NaN();
+  expectMapped(map, cloud, odd);
+  expectMapped(map, cloud, Points(300, 6));
+  expectMapped(map, cloud, Points(10, 7));
+  const ResultMap copy = map;
+  EXPECT_EQ(map.SetOFEFile((dir / "b.ofe").c_str()), 1);
+  expectMapped(map, larger, Points(300, 8));
+  std::vector<double> results(cloud.inUse.size() + 1);
+  copy.GetMapOFENodeResult(results.data());
+  EXPECT_EQ(results.back(), [&] {
+    ResultMap again;
+    again.SetOFEFile((dir / "a.ofe").c_str());
+    Points points(10, 7);
+    again.SetInputNode(10, points.x.data(), points.y.data(), points.z.data());
+    again.SetInputNodeResult(points.value.data());
+    std::vector<double> same(results.size());
+    again.GetMapOFENodeResult(same.data());
+    return same.back();
+  }());
+}
+
+TEST(ResultMap, WrongCallsDoNoHarm) {
+  const TempDir dir;
+  const Cloud cloud(dir / "a.ofe");
+  double values[] = {9, 1, 2}, out[500];
+  int ids[] = {-7, -7, -7};
+  ResultMap map;
+  EXPECT_EQ(map.GetMapOFENodeResult(nullptr), -1);
+  EXPECT_EQ(map.SetInputNodeResult(values), 1);
+  EXPECT_EQ(map.SetInputNode(2, values, values, values), 1);
+  EXPECT_EQ(map.GetMapOFENodeResult(values), 1);
+  EXPECT_EQ(map.SetOFEFile((dir / "a.ofe").c_str()), 1);
+  EXPECT_EQ(map.SetInputNodeResult(values), 1);
+  for (const int n : {-1, 0, std::numeric_limits<int>::min()}) {
+    EXPECT_EQ(map.SetInputNode(n, values, values, values), 1);
+    EXPECT_EQ(map.SetInputNodeResult(values), 1);
+    EXPECT_EQ(map.GetMapOFENodeResult(out), 1);
+    EXPECT_EQ(out[1], 0);
+  }
+  EXPECT_EQ(map.SetInputNode(2, nullptr, values, values), 1);
+  EXPECT_EQ(map.GetMapOFENodeID(ids), 1);
+  EXPECT_EQ(map.GetMapOFENodeID(nullptr), 1);
+  EXPECT_EQ(map.SetInputNodeResult(nullptr), 1);
+  EXPECT_EQ(ids[1], -7);
+  EXPECT_EQ(map.SetOFEFile((dir / "no").c_str()), 1);
+  EXPECT_NE(std::string(map.GetErrorMessage_Link()), "");
+  EXPECT_EQ(map.SetOFEFile(nullptr), 1);
+  EXPECT_EQ(map.SetInputNode(2, values, values, values), 1);
+  EXPECT_EQ(map.SetInputNodeResult(values), 1);
+}
+
+}  // namespace
+}  // namespace orvmesh::test

@@ -1,0 +1,138 @@
+"""`orvmesh channels` and `orvmesh map` from outside: the example mold against numpy, tables of points as people write
+them, refusals and what they leave behind."""
+import contextlib
+import io
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ORVMESH = os.environ["ORVMESH"]
+SOURCE = os.environ["ORVMESH_SOURCE"]
+EXAMPLE = os.path.join(SOURCE, "examples", "mold")
+sys.path[:0] = [os.path.join(SOURCE, "scripts")]
+sys.dont_write_bytecode = True
+import demo_channels
+
+# Two tetrahedra, the second of them a channel; node 7 is used by none. A wall, an end and a hose.
+SMALL = {"format": "ofe-json", "version": 1, "header": {"fields": {"0": 14001, "29": 2.0}, "unit": "cm"},
+         "nodes": [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1], [1, 1, 1], [2, 2, 2], [9, 9, 9]],
+         "elementsMoldBase": [{"nodes": [1, 2, 3, 4], "a": 1}],
+         "elementsCoolChannel": [{"nodes": [2, 3, 4, 5], "a": 1, "b": 3}],
+         "elementSurfaces": [
+             {"nodes": [2, 3, 4, 4], "interfaceId": 3, "ownerCode": 1, "contactCode": 0, "boundaryType": 3},
+             {"nodes": [2, 3, 5, 0], "interfaceId": 4, "ownerCode": 1, "contactCode": 1, "boundaryType": 3},
+             {"nodes": [3, 4, 5, 6], "interfaceId": 4, "ownerCode": 1, "contactCode": 0, "boundaryType": 3}]}
+
+
+def run(*arguments):
+    return subprocess.run([ORVMESH, *arguments], capture_output=True, text=True, timeout=60)
+
+
+class Channels(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        previous = os.getcwd()
+        os.chdir(folder.name)
+        self.addCleanup(os.chdir, previous)
+        self.load("small.ofe", SMALL)
+
+    def load(self, path, mesh):
+        self.write(path + ".json", json.dumps(mesh))
+        done = run("load", path + ".json", path)
+        self.assertEqual(done.returncode, 0, done.stderr)
+
+    def write(self, path, text):
+        with open(path, "w", newline="") as out:
+            out.write(text)
+
+    def refused(self, *arguments, names, code=1):
+        before = sorted(os.listdir("."))
+        done = run(*arguments)
+        self.assertEqual(done.returncode, code, (arguments, done.stdout))
+        for part in names:
+            self.assertIn(part, done.stderr)
+        if code == 1:
+            self.assertEqual(done.stderr.count("\n"), 1, done.stderr)
+        self.assertEqual(sorted(os.listdir(".")), before)
+
+    def test_example_agrees_with_numpy(self):
+        done = run("import", "--roles", os.path.join(EXAMPLE, "roles.json"), os.path.join(EXAMPLE, "mold.msh"), "mold.ofe")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        with contextlib.redirect_stdout(io.StringIO()):
+            self.assertEqual(list(demo_channels.show_channels(ORVMESH, "mold.ofe", ".")), [])
+        self.assertNotIn("mold.log", os.listdir("."))
+
+    def test_open_surface(self):
+        found = json.loads(run("channels", "--json", "small.ofe").stdout)
+        self.assertEqual(found["facesByKind"], {"other": 0, "coolant": 2, "heater": 0, "hose": 1})
+        (group,) = found["groups"]
+        self.assertEqual((group["inlets"], group["outlets"], group["hoses"], group["openEdges"]), (1, 0, 1, 6))
+        self.assertFalse(group["closed"])
+        self.assertAlmostEqual(group["wettedArea"], 4 * 0.75 ** 0.5)
+        self.assertAlmostEqual(group["volume"], 8 / 3)
+        told = run("channels", "small.ofe")
+        self.assertEqual(told.returncode, 0)
+        self.assertIn("note: coolant 3: 6 edges have one face only (the first runs from node 2 to 4)", told.stdout)
+
+    def test_stl(self):
+        self.assertEqual(run("channels", "small.ofe", "-o", "c.stl").returncode, 0)
+        self.assertEqual(os.path.getsize("c.stl"), 84 + 50 * 4)
+        self.assertEqual(run("map", "nodes", "--stl", "small.ofe").returncode, 0)
+        self.assertEqual(os.path.getsize("small.ofe.CCNodeToMBNode.stl"), 84 + 50 * 5)
+
+    def test_meshes_without(self):
+        self.load("none.ofe", {k: SMALL[k] for k in ("format", "version", "nodes")})
+        found = json.loads(run("channels", "--json", "none.ofe", "-o", "none.vtu").stdout)
+        self.assertEqual((found["faces"], found["groups"], found["markers"]), (0, [], []))
+        self.assertEqual(len(demo_channels.read_vtu("none.vtu")["group"]), 0)
+        found = json.loads(run("map", "nodes", "--json", "none.ofe").stdout)
+        self.assertEqual((found["nodes"], found["distances"]["maximum"]), (0, None))
+        self.write("p.txt", "0 0 0 1\n")
+        self.refused("map", "result", "none.ofe", "p.txt", "-o", "r.vtu", names=["none.ofe: ", "no volume elements"])
+        self.refused("channels", "none.ofe", "-o", "none.stl", names=["none.stl: ", "no channel faces"])
+        mesh = dict(SMALL, elementsMoldBase=[])
+        self.load("bare.ofe", mesh)
+        done = run("map", "nodes", "--json", "bare.ofe")
+        self.assertEqual(json.loads(done.stdout)["notFound"], 5)
+
+    def test_tables_of_points(self):
+        for text in ("0 0 0 1.5\n4 4 4 -2\n", "# x y z v\r\n0,0,0,1.5\r\n\r\n4,4,4,-2", "\ufeff%\n 0\t0 , +0\t15e-1\n4 4 4 -2 \n\n"):
+            self.write("p.txt", text)
+            done = run("map", "result", "small.ofe", "p.txt", "-o", "r.vtu", "--json")
+            self.assertEqual(done.returncode, 0, (text, done.stderr))
+            # Nodes in model units are twice the file's; those at equal distances take the first point.
+            result = demo_channels.read_vtu("r.vtu")["result"].tolist()
+            self.assertEqual(result[:5], [1.5, 1.5, 1.5, 1.5, 1.5])
+            self.assertNotEqual(result[6], result[6])
+            self.assertEqual(json.loads(done.stdout)["nodes"], 5)
+
+    def test_bad_tables(self):
+        cases = {"0 0 0 1\n1 2 3\n": ["p.txt: line 2 has 3 values", "x y z value"],
+                 "# c\n\n1 2 3 4 5\n": ["line 3 has more than 4 values"], "1 2 x 4\n": ["line 1 has 'x'"],
+                 "1,,2,3,4\n": ["line 1 has nothing before a comma"], "1,2,3,\n": ["line 1 ends with a comma"],
+                 "1 nan 2 3\n": ["line 1 has 'nan'"], "1 2 3 1e999\n": ["1e999"], "": ["no points"],
+                 "# only\n": ["no points"], "1 2 3 +-4\n": ["+-4"]}
+        for text, names in cases.items():
+            self.write("p.txt", text)
+            self.refused("map", "result", "small.ofe", "p.txt", "-o", "r.vtu", names=names)
+
+    def test_refusals(self):
+        self.write("p.txt", "0 0 0 1\n")
+        for arguments in (["channels"], ["map", "nodes"]):
+            self.refused(*arguments, "missing.ofe", names=["missing.ofe: "])
+            self.refused(*arguments, "p.txt", names=["p.txt: "])
+        self.refused("map", "result", "p.txt", "p.txt", "-o", "r.vtu", names=["p.txt: "])
+        self.refused("map", "result", "small.ofe", "missing", "-o", "r.vtu", names=["missing: "])
+        self.refused("map", "result", "small.ofe", "p.txt", "-o", "no/r.vtu", names=["no/r.vtu: "])
+        self.refused("channels", "small.ofe", "-o", "no/c.stl", names=["no/c.stl: "])
+        self.refused("channels", "small.ofe", "-o", "c.txt", names=[".vtu or .stl"], code=2)
+        self.refused("map", "result", "small.ofe", "p.txt", names=["--output"], code=2)
+        self.refused("map", names=[], code=2)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,124 @@
+"""`orvmesh heat` from outside: the example's table against VTK and a brute-force search, odd tables, refusals."""
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import numpy as np
+from vtk import vtkXMLUnstructuredGridReader
+from vtk.util.numpy_support import vtk_to_numpy
+
+ORVMESH, SOURCE = os.environ["ORVMESH"], os.environ["ORVMESH_SOURCE"]
+EXAMPLES = os.path.join(SOURCE, "examples")
+LOSSES = os.path.join(EXAMPLES, "heat", "losses.txt")
+sys.path[:0] = [os.path.join(SOURCE, "scripts")]
+sys.dont_write_bytecode = True
+import demo_heat
+
+# Two tetrahedra, 10 cm long, and a face of which only nodes 2 to 4 are on the surface.
+MESH = {"header": {"fields": {"0": 14001}, "unit": "cm"},
+        "nodes": [[0, 0, 0], [10, 0, 0], [0, 10, 0], [0, 0, 10], [10, 10, 10]],
+        "elementsPlastic": [{"nodes": [1, 2, 3, 4], "a": 1, "b": 1}, {"nodes": [2, 3, 4, 5], "a": 1, "b": 1}],
+        "elementSurfaces": [{"interfaceId": 1, "nodes": [2, 3, 4, 4], "elementNo": 1}]}
+TABLE = "% Nodes: 3\n% x y z q\n0 0 0 10000\n0.1 0 0 20000\n0.1 0.1 0.1 40000\n"
+
+
+def run(*arguments):
+    return subprocess.run([ORVMESH, *arguments], capture_output=True, text=True, timeout=60)
+
+
+def point_data(path):
+    reader = vtkXMLUnstructuredGridReader()
+    reader.SetFileName(path)
+    reader.Update()
+    data = reader.GetOutput().GetPointData()
+    return {data.GetArrayName(i): vtk_to_numpy(data.GetArray(i)) for i in range(data.GetNumberOfArrays())}
+
+
+class Heat(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        previous = os.getcwd()
+        os.chdir(folder.name)
+        self.addCleanup(os.chdir, previous)
+        self.write("mesh.json", json.dumps(MESH))
+        done = run("load", "mesh.json", "mesh.ofe")
+        self.assertEqual(done.returncode, 0, done.stderr)
+
+    def write(self, path, text):
+        with open(path, "w") as out:
+            out.write(text)
+
+    def heat(self, table, *options):
+        self.write("table.txt", table)
+        return run("heat", "table.txt", "mesh.ofe", "-o", "out.vtu", *options)
+
+    def figures(self, table):
+        done = self.heat(table, "--json")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        found = json.loads(done.stdout)
+        self.assertEqual([line.split(": warning: ")[1] for line in done.stderr.splitlines()], found["warnings"])
+        return found
+
+    def test_the_example_against_brute_force(self):
+        mold = os.path.join(EXAMPLES, "mold")
+        words = ["--roles", os.path.join(mold, "roles.json"), os.path.join(mold, "mold.msh")]
+        self.assertEqual(list(demo_heat.map_losses(ORVMESH, words, LOSSES, ".")), [])
+
+    def test_values_and_both_grids(self):
+        found = self.figures(TABLE)
+        self.assertEqual(found["warnings"], [])
+        self.assertEqual(found["pointValues"], {"count": 3, "smallest": 1, "largest": 4, "mean": 7 / 3, "sum": 7})
+        self.assertEqual(found["nodeValues"]["sum"], 9)
+        volume, surface = point_data("out.vtu"), point_data("out_surfaces.vtu")
+        np.testing.assert_allclose(volume["heatSource"], [-1e7, -2e7, -1e7, -1e7, -4e7])
+        np.testing.assert_allclose(volume["loss"], [1, 2, 1, 1, 4])
+        np.testing.assert_allclose(volume["distance"], [0, 0, 10, 10, 0])
+        np.testing.assert_array_equal(surface["node"], [2, 3, 4])
+        for name in ("heatSource", "loss", "distance"):
+            np.testing.assert_array_equal(surface[name], volume[name][1:4])
+
+    def test_odd_tables_are_told(self):
+        found = self.figures("% Length unit: mm\r\n% Nodes: 8\r\n% x y z q p\r\n0 0 0 nan 1\r\n\r\n0.1 0 0 1 2 3\r\n"
+                             "nan 0 0 1\r\n0.1 0.1 x\r\n0.1 0.1 0.1 1e400\r\n")
+        points = found["points"]
+        self.assertEqual((points["announced"], points["rows"], points["missing"]), (8, 6, 2))
+        for key, line in (("nan", 4), ("blank", 5), ("dropped", 7), ("incomplete", 8), ("infinite", 9)):
+            self.assertEqual(points[key], {"count": 1, "lines": [line]}, key)
+        self.assertEqual(points["ignoredColumns"], 2)
+        for part in ("length unit is mm", "2 of the announced points are missing", "nodes took a value that is not"):
+            self.assertTrue(any(part in warning for warning in found["warnings"]), part)
+        text = self.heat("% Nodes: 2\n% x\n0 0 0 nan\n1 1 1 1", "--start", "3", "--end", "2")
+        self.assertIn("1 with a value that is no number (NaN) (line 3)", text.stdout)
+        self.assertIn("never active", text.stderr)
+
+    def test_mistaken_units_and_places(self):
+        for scale, part in ((0.1, "10 times smaller"), (25.4, "25.4 times larger"), (1000, "1000 times larger")):
+            rows = "".join(f"{x * scale} {x * scale} {x * scale} 1\n" for x in (0, 0.1))
+            warnings = self.figures("% Nodes: 2\n% x\n" + rows)["warnings"]
+            self.assertTrue(any(part in warning for warning in warnings), (scale, warnings))
+        warnings = self.figures(TABLE.replace("0.1 ", "5 ").replace("0 0 0 1", "5 5 5 1"))["warnings"]
+        self.assertTrue(any("do not overlap" in warning for warning in warnings), warnings)
+
+    def test_refusals_leave_nothing(self):
+        cases = [("", "no table found"), ("% Nodes: 2\n% x\n", "no row"), ("% Nodes: x\n% x\n1 1 1 1\n", "line 1: "),
+                 ("% Nodes: 2147483647\n% x\n1 1 1 1\n", "2147483647 points"),
+                 ("% Nodes: 1\n% x\nnan 1 1 1\n", "finite")]
+        for table, part in cases:
+            done = self.heat(table)
+            self.assertEqual((done.returncode, done.stderr.count("\n")), (1, 1), (table, done.stderr))
+            self.assertIn("table.txt: ", done.stderr)
+            self.assertIn(part, done.stderr)
+        for words in (["none.txt", "mesh.ofe"], [".", "mesh.ofe"], [LOSSES, "none.ofe"], [LOSSES, "mesh.json"]):
+            self.assertEqual(run("heat", *words, "-o", "out.vtu").returncode, 1, words)
+        self.assertEqual(run("heat", LOSSES, "mesh.ofe", "-o", "none/out.vtu").returncode, 1)
+        for words in ([], ["-o", "out.vtk"], ["-o", "out.vtu", "--start", "1"], ["-o", "out.vtu", "--end", "x"]):
+            self.assertEqual(run("heat", LOSSES, "mesh.ofe", *words).returncode, 2, words)
+        self.assertEqual(sorted(os.listdir(".")), ["mesh.json", "mesh.ofe", "table.txt"])
+
+
+if __name__ == "__main__":
+    unittest.main()
