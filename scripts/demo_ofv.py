@@ -6,6 +6,7 @@ import subprocess
 
 import numpy as np
 
+import demo_channels
 import read_ofe
 
 POINTS, CAVITIES, CELLS, FACES, INLETS = 5200, 5300, 5400, 5500, 5600
@@ -56,8 +57,28 @@ def largest_rest(blocks):
     return np.linalg.norm(rest[1:], axis=1).max() / np.linalg.norm(twice, axis=1).max()
 
 
-def make_ofv(orvmesh, ctg, folder):
-    """Writes mold.ofv and its polyhedra into the folder; yields what is wrong."""
+def map_points(orvmesh, component, ofv, points, folder):
+    """A made-up result on the points of the OFV file, mapped onto the component mesh; yields what is wrong."""
+    values, vtu = os.path.join(folder, "ofv_values.txt"), os.path.join(folder, "mold_from_ofv.vtu")
+    np.savetxt(values, np.arange(len(points)), "%d")
+    done = subprocess.run([orvmesh, "map", "result", component, ofv, "--values", values, "-o", vtu], stdout=subprocess.DEVNULL)
+    if done.returncode != 0:
+        yield f"orvmesh map result: exit code {done.returncode}"
+        return
+    arrays = demo_channels.read_vtu(vtu)
+    used = np.flatnonzero(~np.isnan(arrays["result"]))[::7]
+    queries = arrays["Points"][used].astype(float)
+    places, distances = demo_channels.nearest(points, queries)
+    found = arrays["result"][used].astype(int)
+    # Equally near but for the digits of a CTG file.
+    told = np.linalg.norm(points[found] - queries, axis=1)
+    wrong = np.count_nonzero((found != places) & (told > distances + 1e-6))
+    if wrong:
+        yield f"{vtu}: {wrong} of {len(used)} nodes have the value of a point that is not the nearest"
+
+
+def make_ofv(orvmesh, component, ctg, folder):
+    """Writes mold.ofv and its polyhedra into the folder and maps its points; yields what is wrong."""
     ofv, vtu = os.path.join(folder, "mold.ofv"), os.path.join(folder, "mold_ofv.vtu")
     for words in (["ofv", ctg, ofv], ["export", ofv, vtu], ["info", "--json", ofv]):
         done = subprocess.run([orvmesh, *words], stdout=subprocess.PIPE, text=True)
@@ -81,3 +102,4 @@ def make_ofv(orvmesh, ctg, folder):
     piece = re.search(r'NumberOfPoints="(\d+)" NumberOfCells="(\d+)"', head)
     if not piece or [int(n) for n in piece.groups()] != [wanted["points"], wanted["cells"]]:
         yield f"{vtu}: other counts of points and cells"
+    yield from map_points(orvmesh, component, ofv, blocks[POINTS][0][1].reshape(-1, 3), folder)

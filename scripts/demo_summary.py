@@ -188,7 +188,7 @@ def main(orvmesh, mesh, folder):
         complaints += demo_heat.map_losses(orvmesh, [*options, mesh], losses, folder)
     ctg = os.path.join(folder, "mold.ctg")
     complaints += export_ctg(orvmesh, component, ctg)
-    complaints += demo_ofv.make_ofv(orvmesh, ctg, folder)
+    complaints += demo_ofv.make_ofv(orvmesh, component, ctg, folder)
     for text in complaints:
         print(f"demo: {text}", file=sys.stderr)
     if complaints:

@@ -1,8 +1,10 @@
 // The library on another platform: writes a small mold into memory, joins part and insert, exports the mold
 // base, makes an OFV file, records the new numbers in a mapping dump and looks at everything that comes out.
+#include <orvmesh/channel_result_map.h>
 #include <orvmesh/dmpio_manipulator.h>
 #include <orvmesh/mesh_format_transfer.h>
 #include <orvmesh/sensor_mapping.h>
+#include <orvmesh/write_mesh_data_as_ofe.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -106,6 +108,33 @@ void mapSensors(const std::string& source) {
   expect("type of the mold base's sensor", mapping.GetSensorMappingType(SensorMap_Old2New, 1), 4);
 }
 
+// A tetrahedron through the small writer.
+void writePlastic(const std::string& path) {
+  float x[] = {0, 0, 1, 0, 0}, y[] = {0, 0, 0, 1, 0}, z[] = {0, 0, 0, 0, 1};
+  unsigned char counts[] = {0, 4};
+  int nodes[] = {0, 1, 2, 3, 4};
+  CWriteMeshDataAsOFE writer;
+  writer.SetMesh(4, x, y, z, 1, counts, nodes, nullptr);
+  expect("WriteOFE", writer.WriteOFE(path.c_str()), 0);
+}
+
+// The points of an OFV file onto the nodes of that mesh.
+void mapResult(const std::string& path, const orvmesh::OFVMesh& mesh) {
+  std::vector<double> x{0}, y{0}, z{0}, values{0}, mapped(5);
+  for (std::size_t n = 0; n < mesh.xyz.size(); n += 3) {
+    x.push_back(mesh.xyz[n]);
+    y.push_back(mesh.xyz[n + 1]);
+    z.push_back(mesh.xyz[n + 2]);
+    values.push_back(static_cast<double>(n) / 3);
+  }
+  COrvMeshTrans_GetSolidCoolingChannelElementResultFromOFV map;
+  map.SetOFEFile(path.c_str());
+  map.SetInputNode(mesh.pointCount(), x.data(), y.data(), z.data());
+  map.SetInputNodeResult(values.data());
+  expect("GetMapOFENodeResult", map.GetMapOFENodeResult(mapped.data()), 1);
+  expect("results of the points on the nodes", mapped, std::vector<double>{0, 0, 1, 2, 3});
+}
+
 // A tetrahedron as a channel.
 void makeOfv(COrvMeshFormatTransfer& transfer, const std::string& path) {
   const double x[] = {0, 0, 1, 0, 0}, y[] = {0, 0, 0, 1, 0}, z[] = {0, 0, 0, 0, 1};
@@ -124,6 +153,8 @@ void makeOfv(COrvMeshFormatTransfer& transfer, const std::string& path) {
   expect("the OFV file is read", reader.open(path.c_str()), 1);
   expect("its faces", reader.mesh().faceCount(), 4);
   expect("its cell is closed", orvmesh::faultOfRelations(reader.mesh()), std::string());
+  writePlastic("plastic.ofe");
+  mapResult("plastic.ofe", reader.mesh());
 
   COrv3DOctreeMimic octree;
   octree.SetNodeDimension(4);

@@ -122,7 +122,7 @@ class ORVMESH_API COrvMeshFormatTransfer {
   // checked when they are given; data that are refused change nothing.
   //
   // Each returns a CavityResult: 1 done, below 1 not; GetErrorMessage_Link then tells why in one line. None
-  // throws.
+  // throws. What the getters hand out of the last TransferMesh_ operation stays.
 
   // The file to write, a path of any length.
   int SetCTG2OFVFilePath(const char* path);
@@ -138,8 +138,10 @@ class ORVMESH_API COrvMeshFormatTransfer {
   // faceCount+1: nodes of each face (3 or more), its owner (a cell), its neighbour (another cell, 0 on the
   // boundary). nodes, faceNodeCount+1: the nodes of face 1 from entry 1 on, then those of face 2 and so on,
   // counter-clockwise seen from outside the owner. Refused: a node twice in a face; two faces with the same
-  // nodes; a cell with fewer than 4 faces; a cell whose faces' outward area vectors add up to more than 1e-9
-  // of the largest of them (of cells thinner than that, 1e-14 of the square of their length).
+  // nodes; a cell with fewer than 4 faces; a cell that is not closed: its faces must pass each of their edges
+  // once in each sense, and their outward area vectors add up to at most 1e-9 of the largest of them (of
+  // cells thinner than that, 1e-14 of the square of their length); a cavity of negative volume, whose faces
+  // point inwards.
   int SetCTGCavityFaceInfo(const int* nodeCount, const int* nodes, const int* owner, const int* neighbour);
   // inletCount+1 each: the inlets (any IDs, each once) and the channel group (0 to 1000) that each belongs
   // to. Not needed without inlets.

@@ -1,11 +1,15 @@
 #include <orvmesh/mesh_format_transfer.h>
 
 #include <cstdio>
+#include <limits>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "base/failure.h"
+#include "base/other_file.h"
+#include "base/text_number.h"
 #include "cli/commands.h"
 #include "cli/progress.h"
 #include "view/ctg_cavities.h"
@@ -16,13 +20,14 @@ namespace {
 struct Options {
   std::string source, target;
   std::vector<std::int32_t> channels;
+  double scale = 1;
   bool onlyChannels = false;
 };
 
 view::CtgCavities read(const Options& options) {
   const view::CtgMesh mesh = view::readCtg(options.source);
   view::checkCtg(mesh);
-  return view::cavitiesOf(mesh, options.channels);
+  return view::cavitiesOf(mesh, options.channels, options.scale);
 }
 
 int sizeOf(const auto& oneBased) { return static_cast<int>(oneBased.size()) - 1; }
@@ -51,6 +56,7 @@ int transferAll(COrvMeshFormatTransfer& transfer, const view::CtgCavities& mesh,
 }
 
 int makeOfv(const Options& options) {
+  requireOtherFile(options.target, {options.source});
   COrvMeshFormatTransfer transfer;
   int result = 0;
   {
@@ -58,17 +64,23 @@ int makeOfv(const Options& options) {
     result = transferAll(transfer, read(options), options);
   }
   if (result != CavityResult_Done) {
-    const std::string what = transfer.GetErrorMessage_Link();
-    // A failure to write names the target itself.
-    if (result == CavityResult_NotWritten) {
-      std::fprintf(stderr, "orvmesh: %s\n", what.c_str());
-      return 1;
-    }
-    throw Failure(options.source, what);
+    const std::string told = transfer.GetErrorMessage_Link();
+    // Before the colon is the target's name, which does not need another, or that of the operation.
+    if (result == CavityResult_NotWritten)
+      throw Failure(options.target, told.substr(options.target.size() + 2));
+    if (result == CavityResult_OutOfMemory) throw std::bad_alloc();
+    throw Failure(options.source, told.substr(told.find(": ") + 2));
   }
   transfer.FreeMemory();
   std::printf("%s written\n", options.target.c_str());
   return 0;
+}
+
+std::string wrongScale(const std::string& text) {
+  const auto factor = parseNumber<double>(text);
+  return factor && *factor > 0 && *factor <= std::numeric_limits<double>::max()
+             ? std::string{}
+             : "the factor must be a finite number above 0";
 }
 
 }  // namespace
@@ -87,9 +99,13 @@ void addOfv(CLI::App& app, Job& job) {
           ->expected(1);
   command->add_flag("--only-channels", options->onlyChannels, "write the cells of these channels alone")
       ->needs(channel);
+  command->add_option("--scale", options->scale, "factor of all lengths")
+      ->capture_default_str()
+      ->check(wrongScale);
   command->footer(
       "Elements of one property make a cavity, whose number is the property. Coolant boundaries 1 to 1000\n"
-      "are channel groups; each makes an inlet of the inlet map.\n"
+      "are channel groups; each makes an inlet of the inlet map. The lengths of a CTG file are model units\n"
+      "times the length factor f of the OFE file: --scale 1/f gives model units.\n"
       "Example: orvmesh ofv mold.ctg mold.ofv && orvmesh export mold.ofv mold.vtu");
   command->callback([&job, options] { job = [options] { return makeOfv(*options); }; });
 }

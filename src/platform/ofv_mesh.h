@@ -45,8 +45,11 @@ std::string faultOfFaces(const OFVMesh& mesh);     // offsets tile, 3 or more po
 std::string faultOfInlets(const OFVMesh& mesh);    // inlets once each, groups 0 to 1000
 
 // The same about how faces and cells fit together, once all parts have been proven: no point twice in a face,
-// no two faces with the same points, at least four faces to a cell, and every cell closed.
+// no two faces with the same points, at least four faces to a cell, every cell closed, no cavity inside out.
 std::string faultOfRelations(const OFVMesh& mesh);
+
+// Volume of the cells of each cavity. For a mesh whose parts have been proven.
+std::vector<double> cavityVolumes(const OFVMesh& mesh);
 
 // The faces of every cell: cell c (from 0) has faces[offsets[c]] to faces[offsets[c + 1] - 1], ascending;
 // numbers from 1, negative where the cell is the neighbour. For a mesh whose parts have been proven.

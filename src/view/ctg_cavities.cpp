@@ -15,8 +15,8 @@ class Converter {
  public:
   explicit Converter(const CtgMesh& mesh) : mesh_(mesh) {}
 
-  CtgCavities convert(std::span<const std::int32_t> channels) {
-    nodes();
+  CtgCavities convert(std::span<const std::int32_t> channels, double scale) {
+    nodes(scale);
     cavities(channels);
     faces();
     inlets();
@@ -24,11 +24,11 @@ class Converter {
   }
 
  private:
-  void nodes() {
+  void nodes(double scale) {
     for (std::size_t axis = 0; axis < 3; ++axis) {
       auto& values = axis == 0 ? made_.x : axis == 1 ? made_.y : made_.z;
       values.resize(mesh_.xyz.size() / 3 + 1);
-      for (std::size_t n = 1; n < values.size(); ++n) values[n] = mesh_.xyz[3 * (n - 1) + axis];
+      for (std::size_t n = 1; n < values.size(); ++n) values[n] = scale * mesh_.xyz[3 * (n - 1) + axis];
     }
   }
 
@@ -93,8 +93,8 @@ class Converter {
 
 }  // namespace
 
-CtgCavities cavitiesOf(const CtgMesh& mesh, std::span<const std::int32_t> channels) {
-  return Converter(mesh).convert(channels);
+CtgCavities cavitiesOf(const CtgMesh& mesh, std::span<const std::int32_t> channels, double scale) {
+  return Converter(mesh).convert(channels, scale);
 }
 
 }  // namespace orvmesh::view

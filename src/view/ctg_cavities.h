@@ -19,8 +19,9 @@ struct CtgCavities {
 
 // Elements of one property make a cavity, its number being the property; those named are channels. An element
 // that makes a face owns it. Each coolant boundary whose number is a channel group makes an inlet, numbered
-// 1, 2, ... in the order of these groups. For a mesh that checkCtg has passed; throws Failure when no element
+// 1, 2, ... in the order of these groups. Coordinates are
+// multiplied by scale. For a mesh that checkCtg has passed; throws Failure when no element
 // has a property that is named.
-CtgCavities cavitiesOf(const CtgMesh& mesh, std::span<const std::int32_t> channels);
+CtgCavities cavitiesOf(const CtgMesh& mesh, std::span<const std::int32_t> channels, double scale = 1);
 
 }  // namespace orvmesh::view

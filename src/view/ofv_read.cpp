@@ -1,27 +1,11 @@
 #include "view/ofv_read.h"
 
 #include <algorithm>
-#include <cstdio>
 
-#include "base/element_volume.h"
 #include "base/failure.h"
 
 namespace orvmesh::view {
 namespace {
-
-Vector pointAt(const OFVMesh& mesh, std::int32_t n) {
-  const double* p = mesh.xyz.data() + 3 * (static_cast<std::size_t>(n) - 1);
-  return {p[0], p[1], p[2]};
-}
-
-// Of the pyramid between the face, as a fan of triangles, and the origin.
-double pyramidVolume(const OFVMesh& mesh, std::span<const std::int32_t> nodes, const Vector& origin) {
-  double sixths = 0;
-  const Vector first = pointAt(mesh, nodes[0]) - origin;
-  for (std::size_t k = 2; k < nodes.size(); ++k)
-    sixths += determinant(first, pointAt(mesh, nodes[k - 1]) - origin, pointAt(mesh, nodes[k]) - origin);
-  return sixths / 6;
-}
 
 void findBox(const OFVMesh& mesh, OfvSummary& found) {
   for (std::size_t d = 0; d < 3 && !mesh.xyz.empty(); ++d) {
@@ -47,19 +31,11 @@ bool looksLikeOfv(const std::string& path) {
 OfvSummary summaryOf(const OFVMesh& mesh) {
   OfvSummary found;
   findBox(mesh, found);
-  const auto cavities = static_cast<std::size_t>(mesh.cavityCount());
-  found.cells.resize(cavities);
-  found.volumes.resize(cavities);
-  const auto cavityOf = [&](std::int32_t cell) {
-    return static_cast<std::size_t>(mesh.cellCavity[static_cast<std::size_t>(cell) - 1]) - 1;
-  };
-  for (std::int32_t cell = 1; cell <= mesh.cellCount(); ++cell) ++found.cells[cavityOf(cell)];
-  for (std::size_t f = 0; f < mesh.owner.size(); ++f) {
-    const double volume = pyramidVolume(mesh, mesh.nodes(f), found.boxMin);
-    found.volumes[cavityOf(mesh.owner[f])] += volume;
-    if (mesh.neighbour[f] != 0) found.volumes[cavityOf(mesh.neighbour[f])] -= volume;
-    ++(mesh.neighbour[f] != 0 ? found.interiorFaces : found.boundaryFaces);
-  }
+  found.cells.resize(mesh.cavityNumber.size());
+  found.volumes = cavityVolumes(mesh);
+  for (const std::int32_t cavity : mesh.cellCavity) ++found.cells[static_cast<std::size_t>(cavity) - 1];
+  found.boundaryFaces = std::count(mesh.neighbour.begin(), mesh.neighbour.end(), 0);
+  found.interiorFaces = mesh.faceCount() - found.boundaryFaces;
   return found;
 }
 

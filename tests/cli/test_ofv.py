@@ -90,6 +90,27 @@ class Ofv(FolderTest):
         self.assertLess(np.count_nonzero(~np.isclose(volumes, found, rtol=1e-6)), 10)
         np.testing.assert_array_equal(grid.CellData["cavity"], source["elementsMoldBase"]["fieldA"])
 
+    def test_a_result_on_its_points_goes_to_the_mesh(self):
+        scaled = MESH | {"header": {"fields": {"29": 2.0}}}
+        with open("scaled.json", "w") as text:
+            json.dump(scaled, text)
+        done("load", "scaled.json", "mesh.ofe")
+        done("ctg", "mesh.ofe", "mesh.ctg")
+        done("ofv", "mesh.ctg", "mesh.ofv", "--scale", "0.5")
+        points = read_ofe.read_blocks("mesh.ofv")[5200][0][1].reshape(-1, 3)
+        np.testing.assert_allclose(points, 2 * np.array(MESH["nodes"]))
+        with open("values.txt", "w") as text:
+            text.write("# x + 10 y + 100 z\n" + "".join(f"{value}\n" for value in points @ [1, 10, 100]))
+        done("map", "result", "mesh.ofe", "mesh.ofv", "--values", "values.txt", "-o", "mapped.vtu")
+        grid = grid_of("mapped.vtu")
+        np.testing.assert_array_equal(grid.PointData["result"], np.asarray(grid.Points) @ [1, 10, 100])
+        with open("few.txt", "w") as text:
+            text.write("1\n2\n")
+        for words, names in ((["mesh.ofv"], ["mesh.ofv: ", "--values"]),
+                             (["mesh.ofv", "--values", "few.txt"], ["few.txt: has 2 values (legal: 15"]),
+                             (["values.txt", "--values", "few.txt"], ["values.txt: is no OFV file"])):
+            self.refused("map", "result", "mesh.ofe", *words, "-o", "mapped.vtu", names=names)
+
     def test_bad_sources_and_targets(self):
         done("ofv", "mesh.ctg", "mesh.ofv")
         sound = read("mesh.ofv")
@@ -102,6 +123,7 @@ class Ofv(FolderTest):
             self.refused("ofv", name, "new.ofv", names=[f"orvmesh: {name}: "])
         self.refused("info", "cut.ofv", names=["orvmesh: cut.ofv: is cut off"])
         self.refused("export", "cut.ofv", "new.vtu", names=["orvmesh: cut.ofv: is cut off"])
+        self.refused("ofv", "mesh.ctg", "./mesh.ctg", names=["orvmesh: ./mesh.ctg: is read"])
         for target in ("folder", "missing/a.ofv", "/dev/full"):
             self.refused("ofv", "mesh.ctg", target, names=[f"orvmesh: {target}: cannot be written"])
         self.refused("ofv", "mesh.ctg", "new.ofv", names=["new.ofv: ", "File too large"], preexec_fn=small_files())

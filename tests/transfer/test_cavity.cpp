@@ -198,6 +198,16 @@ TEST_F(Cavity, WhatDoesNotFitIsRefusedWhenItIsGiven) {
          std::fill(c.owner.begin() + 1, c.owner.end(), 2);
          std::fill(c.neighbour.begin() + 1, c.neighbour.end(), 0);
        }},
+      {4, "cell 2 is not closed: an edge",  // a tube: its area vectors add up to zero
+       [](Caller& c) {
+         c.nodes.erase(c.nodes.end() - 8, c.nodes.end());
+         for (auto* const list : {&c.nodeCount, &c.owner, &c.neighbour}) list->resize(list->size() - 2);
+         c.faceNodes -= 8;
+       }},
+      {4, "cavity 1: its volume is -1 (legal",
+       [](Caller& c) {
+         for (auto face = c.nodes.begin() + 1; face != c.nodes.end(); face += 4) std::reverse(face, face + 4);
+       }},
       {5, "inlet 2: its channel group is -1", [](Caller& c) { c.group[2] = -1; }},
   };
   const Caller sound(BoxGrid({2, 1, 1}));
