@@ -27,10 +27,16 @@ struct Block {
   std::vector<Column> columns;
   std::vector<std::optional<OFEIO_Dictionary>> dictionaries;
 };
+// std::array, indexed by block.
+template <class Value>
+struct PerBlock : std::array<Value, orvmesh::kBlockCount> {
+  Value& operator[](orvmesh::BlockId id) { return this->at(static_cast<std::size_t>(id)); }
+  const Value& operator[](orvmesh::BlockId id) const { return this->at(static_cast<std::size_t>(id)); }
+};
 struct OfeFile {
   OFEHeader header;
   int version = 0;
-  std::array<Block, orvmesh::kBlockCount> blocks;
+  PerBlock<Block> blocks;
 };
 
 struct OfvFile {

@@ -98,7 +98,7 @@ TEST_F(Blocks, LinesLayoutAndGeometryComeBack) {
 
 TEST_F(Blocks, LayoutSegmentsWithoutAPointStandAtTheOrigin) {
   auto source = mold();
-  source["coolantChannelLayout"] = {source["coolantChannelLayout"][1]};
+  source["coolantChannelLayout"] = nlohmann::json::array({source["coolantChannelLayout"][1]});
   const auto segment = transferred("moldbase", source)["coolantChannelLayout"][0];
   for (int i = 0; i <= 4; ++i) EXPECT_EQ(segment[static_cast<std::size_t>(i)], 0) << i;
   EXPECT_EQ(segment[7], 8.5);
