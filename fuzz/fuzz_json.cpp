@@ -30,7 +30,7 @@ void loadAndDump(std::string_view text, const std::string& path) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const fuzzing::TargetFile target("mesh.ofe");
+  static const fuzzing::ScratchFile target("mesh.ofe");
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   try {
     if (fuzzing::Turn(data, size).oneIn(4))

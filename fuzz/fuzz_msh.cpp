@@ -8,7 +8,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static orvmesh::fuzzing::InputFile input;
-  static const orvmesh::fuzzing::TargetFile target("mold.ofe");
+  static const orvmesh::fuzzing::ScratchFile target("mold.ofe");
   orvmesh::importing::ImportOptions options;
   options.mesh = input.put(data, size);
   options.target = target.path();

@@ -63,7 +63,7 @@ constexpr void (*kUses[])(const std::string&, const std::string&) = {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static fuzzing::InputFile input;
-  static const fuzzing::TargetFile target("target.ofe");
+  static const fuzzing::ScratchFile target("target.ofe");
   const std::string& source = input.put(data, size);
   if (!accepts(source)) return 0;
   fuzzing::Turn turn(data, size);

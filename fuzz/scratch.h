@@ -1,24 +1,36 @@
 #pragma once
 
-#include <sys/mman.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 
 #include "embedded/checksum.h"
 
 namespace orvmesh::fuzzing {
 
-// A file without a name in any folder, rewritten for every input; it goes away with the process.
+// A name in memory-backed storage, one per process; what stands there at the end is removed.
+class ScratchFile {
+ public:
+  explicit ScratchFile(const char* name)
+      : path_("/dev/shm/orvmesh-fuzz-" + std::to_string(::getpid()) + "-" + name) {}
+  ~ScratchFile() { (void)::unlink(path_.c_str()); }
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+// A file that is rewritten for every input.
 class InputFile {
  public:
-  InputFile() : descriptor_(::memfd_create("input", MFD_CLOEXEC)) {
-    path_ = "/proc/self/fd/" + std::to_string(descriptor_);
-  }
+  InputFile() : descriptor_(::open(file_.path().c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)) {}
   ~InputFile() { ::close(descriptor_); }
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
@@ -27,31 +39,13 @@ class InputFile {
     if (size != size_ && ::ftruncate(descriptor_, static_cast<off_t>(size)) != 0) std::abort();
     size_ = size;
     if (::pwrite(descriptor_, bytes, size, 0) != static_cast<ssize_t>(size)) std::abort();
-    return path_;
+    return file_.path();
   }
 
  private:
+  ScratchFile file_{"input"};
   int descriptor_;
   std::size_t size_ = 0;
-  std::string path_;
-};
-
-// A name for files that are replaced, in memory-backed storage; what stands there at the end is removed.
-class TargetFile {
- public:
-  explicit TargetFile(const char* name)
-      : path_("/dev/shm/orvmesh-fuzz-" + std::to_string(::getpid()) + "-" + name) {}
-  ~TargetFile() {
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-  }
-  TargetFile(const TargetFile&) = delete;
-  TargetFile& operator=(const TargetFile&) = delete;
-
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
 };
 
 // Slow uses of an input take turns: most inputs are only read. Which one is used how depends on its bytes

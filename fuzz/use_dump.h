@@ -50,16 +50,16 @@ inline void convert(const std::string& path, std::size_t size, const std::string
 // What can be done with a mapping dump. Every input is read entry by entry, some are told, few are copied.
 inline void useDump(const std::uint8_t* data, std::size_t size) {
   static InputFile input;
-  static const TargetFile target("copy.dmp");
+  static const ScratchFile target("copy.dmp");
   const std::string& path = input.put(data, size);
   readAll(path);
   Turn turn(data, size);
-  if (turn.oneIn(4)) try {
+  if (turn.oneIn(8)) try {
       dmpio::dumpAsJson(path, [](std::string_view) {});
     } catch (const Failure&) {
     }
   static constexpr int kVersions[] = {1020, 1023, 2001, 2004};
-  if (turn.oneIn(4)) convert(path, size, target.path(), kVersions[turn.among(4)]);
+  if (turn.oneIn(16)) convert(path, size, target.path(), kVersions[turn.among(4)]);
 }
 
 }  // namespace orvmesh::fuzzing
