@@ -40,6 +40,8 @@ MESHES = {
     "plastic": {"elementsPlastic": list(TETRAHEDRA)},
     "mixed": {"elementsMoldBase": [element(1, 2, 3, 4, 5, 6, 7, 8, a=11001), element(1, 2, 4, 5, 6, 8),
                                    element(1, 2, 3, 4, 5), TETRAHEDRA[0]]},
+    "prisms": {"elementsMoldBase": [element(1, 2, 4, 5, 6, 8, a=6), element(2, 3, 4, 6, 7, 8, a=8)],
+               "elementSurfaces": [surface(1, 2, 6, 5, of=3, tag=-2147481856), surface(1, 4, 2, 2, of=2)]},
     "circuit": CIRCUIT,
     "insert": INSERT,
     "runner": RUNNER,
@@ -61,6 +63,9 @@ MESHES = {
     "layers": {"moldMetalLayers": [[1, 2, "steel", 3, 4, 5, 6]], "partInsertLayers": [[5002, 1, "", 0, 0, 0, 1]],
                "coolantChannelLayers": [[1, 1, "water"]]},
 }
+
+# Of those with a CTG mesh, the ones that are finite-volume meshes.
+CLOSED = {"bad", "insert", "prisms"}
 
 MSH_NAMES = [(3, 1, "part"), (3, 2, "moldbase"), (3, 3, "insert:5002"), (3, 4, "channel:1"), (3, 5, "heater:2"),
              (3, 6, "hotrunner:201"), (2, 7, "gate:7"), (2, 8, "inlet:1"), (0, 9, "sensor:2:3")]
@@ -157,7 +162,7 @@ def main(command, corpus):
 
     with tempfile.TemporaryDirectory() as temporary:
         folder = pathlib.Path(temporary)
-        mesh, text, ctg, dump = (folder / name for name in ("mesh.ofe", "mesh.json", "mesh.ctg", "mesh.dmp"))
+        mesh, text, ctg, ofv = (folder / name for name in ("mesh.ofe", "mesh.json", "mesh.ctg", "mesh.ofv"))
         for name, content in MESHES.items():
             text.write_text(json.dumps({"format": "ofe-json", "version": 1, "nodes": CUBE, **content}))
             run("load", text, mesh)
@@ -167,6 +172,9 @@ def main(command, corpus):
             if "elementsMoldBase" in content:
                 run("ctg", mesh, ctg)
                 seed("ctg", name, ctg.read_bytes())
+            if name in CLOSED:
+                run("ofv", ctg, ofv)
+                seed("ofv", name, ofv.read_bytes())
         for name, elements in MSH_MESHES.items():
             for version in ("2.2", "4.1"):
                 for binary in (False, True):
