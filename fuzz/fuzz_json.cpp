@@ -33,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const fuzzing::ScratchFile target("mesh.ofe");
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   try {
-    if (fuzzing::Turn(data, size).oneIn(4))
+    if (fuzzing::Turn(data, size).oneIn(8))
       loadAndDump(text, target.path());
     else
       readOnly(text);

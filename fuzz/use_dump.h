@@ -59,7 +59,7 @@ inline void useDump(const std::uint8_t* data, std::size_t size) {
     } catch (const Failure&) {
     }
   static constexpr int kVersions[] = {1020, 1023, 2001, 2004};
-  if (turn.oneIn(16)) convert(path, size, target.path(), kVersions[turn.among(4)]);
+  if (turn.oneIn(32)) convert(path, size, target.path(), kVersions[turn.among(4)]);
 }
 
 }  // namespace orvmesh::fuzzing
