@@ -85,6 +85,7 @@ struct Format {
   Use use;
   enum class Form { Text, Words, SealedWords } form;
 };
+void PrintTo(const Format& format, std::ostream* out) { *out << format.name; }
 // clang-format off
 const Format kFormats[] = {
     {"OFE", [](const TempDir& dir) { return std::vector{bytesOf(writeOfe(dir.path(), kEverything))}; }, &useOfe,
