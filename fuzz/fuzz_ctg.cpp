@@ -4,8 +4,8 @@
 #include "view/ctg_mesh.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const std::string path = orvmesh::fuzzing::scratchPath("mesh.ctg");
-  orvmesh::fuzzing::writeBytes(path, data, size);
+  static orvmesh::fuzzing::InputFile input;
+  const std::string& path = input.put(data, size);
   try {
     orvmesh::view::ctgInfoAsText(path);
   } catch (const orvmesh::Failure&) {

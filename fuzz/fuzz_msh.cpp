@@ -7,18 +7,17 @@
 #include "platform/cofedata.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const std::string mesh = orvmesh::fuzzing::scratchPath("mold.msh");
-  static const std::string target = orvmesh::fuzzing::scratchPath("mold.ofe");
-  orvmesh::fuzzing::writeBytes(mesh, data, size);
+  static orvmesh::fuzzing::InputFile input;
+  static const orvmesh::fuzzing::ScratchFile target("mold.ofe");
   orvmesh::importing::ImportOptions options;
-  options.mesh = mesh;
-  options.target = target;
+  options.mesh = input.put(data, size);
+  options.target = target.path();
   try {
     orvmesh::importing::importMesh(options);
   } catch (const orvmesh::Failure&) {
     return 0;
   }
   COFEData model;
-  if (model.ReadDataBin(target.c_str(), nullptr, 0, false) != 1) std::abort();
+  if (model.ReadDataBin(options.target.c_str(), nullptr, 0, false) != 1) std::abort();
   return 0;
 }

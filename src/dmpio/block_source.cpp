@@ -5,12 +5,10 @@
 
 namespace orvmesh::dmpio {
 
-std::optional<int> BlockSource::versionOf(const char* path) {
-  BINIO_BinaryFile file;
-  if (file.beginReading(path, 0) < 1) return std::nullopt;
-  const int version = file.readBlock(kHeaderId) > 0 ? file.currentBlock().getValue(0, 0) : 0;
-  file.endReading();
-  return version;
+int BlockSource::version() {
+  const int result = file_.readBlock(kHeaderId);
+  aim();
+  return result > 0 ? file_.currentBlock().getValue(0, 0) : 0;
 }
 
 void BlockSource::aim() {
@@ -25,7 +23,7 @@ bool BlockSource::open(const char* path) {
   // A file of its own: copies of this object may still read the one before.
   file_ = BINIO_BinaryFile();
   aim();
-  return file_.beginReading(path, 0) >= 1;
+  return isOpen_ = file_.beginReading(path, 0) >= 1;
 }
 
 bool BlockSource::readHeader(Header header, int version) {

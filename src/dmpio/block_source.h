@@ -13,11 +13,12 @@ class BlockSource {
  public:
   BlockSource() = default;
   BlockSource(const BlockSource& other)
-      : file_(other.file_), damaged_(other.damaged_), cursor_(other.cursor_) {
+      : file_(other.file_), isOpen_(other.isOpen_), damaged_(other.damaged_), cursor_(other.cursor_) {
     aim();
   }
   BlockSource& operator=(const BlockSource& other) {
     file_ = other.file_;
+    isOpen_ = other.isOpen_;
     damaged_ = other.damaged_;
     cursor_ = other.cursor_;
     aim();
@@ -25,11 +26,14 @@ class BlockSource {
   }
   ~BlockSource() = default;
 
-  // The version in the header block, 0 when it cannot be read; nothing when the file is no block file.
-  static std::optional<int> versionOf(const char* path);
-
   bool open(const char* path);
-  void close() { file_.endReading(); }
+  bool isOpen() const { return isOpen_; }
+  void close() {
+    file_.endReading();
+    isOpen_ = false;
+  }
+  // The version in the header block, 0 when it cannot be read.
+  int version();
   // Sets the values that the version has; false when the header block is not there or too short.
   bool readHeader(Header header, int version);
   // The number of stored entries; nothing when the block is missing or damaged.
@@ -56,6 +60,7 @@ class BlockSource {
   void aim();
 
   BINIO_BinaryFile file_;
+  bool isOpen_ = false;
   const std::int32_t* values_[2] = {};
   std::int64_t sizes_[2] = {0, 0};  // of the current block's two vectors; 0 for one that is not there
   bool damaged_ = false;

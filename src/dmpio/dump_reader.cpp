@@ -3,11 +3,17 @@
 namespace orvmesh::dmpio {
 
 int DumpReader::versionOf(const char* path) {
+  BlockSource blocks;
+  return probe(path, blocks);
+}
+
+int DumpReader::probe(const char* path, BlockSource& blocks) {
   TextInput input;
   if (path == nullptr || !input.open(path)) return -2;
   const int first = input.peek();
   if (first == '1') return TextSource::versionOf(input);
-  return first == '0' ? BlockSource::versionOf(path).value_or(-2) : -1;
+  if (first != '0') return -1;
+  return blocks.open(path) ? blocks.version() : -2;
 }
 
 int DumpReader::fail(int result, const std::string& why) {
@@ -19,14 +25,14 @@ int DumpReader::begin(const char* path, Header header) {
   error_.clear();
   if (path == nullptr) return fail(0, "no file is named");
   if (reading_) return fail(0, "cannot be read: another file is being read");
-  const int version = versionOf(path);
+  blocks_.close();
+  const int version = probe(path, blocks_);
   // By the version alone, though the file may be of the other form: it is then refused.
   const bool isBlocks = encodingOf(version) == Encoding::Block;
-  const int result = isBlocks ? beginBlocks(path, header, version) : beginText(path, header, version);
-  if (result < 1) {
-    if (!isBlocks) text_.close();
-    return result;
-  }
+  const int result = isBlocks ? beginBlocks(header, version) : beginText(path, header, version);
+  if (!isBlocks || result < 1) blocks_.close();
+  if (!isBlocks && result < 1) text_.close();
+  if (result < 1) return result;
   encoding_ = isBlocks ? Encoding::Block : Encoding::Text;
   reading_ = true;
   current_ = kHeaderId;
@@ -50,11 +56,10 @@ int DumpReader::beginText(const char* path, Header header, int version) {
   return fail(0, text_.errorText().empty() ? "has no complete header" : text_.errorText());
 }
 
-int DumpReader::beginBlocks(const char* path, Header header, int version) {
-  if (!blocks_.open(path))
+int DumpReader::beginBlocks(Header header, int version) {
+  if (!blocks_.isOpen())
     return fail(0, "is a text file of version " + std::to_string(version) + " (legal: 1020, 1022, 1023)");
   if (blocks_.readHeader(header, version)) return 1;
-  blocks_.close();
   return fail(0, "has no sound header block of " + std::to_string(headerValues(Encoding::Block, version)) +
                      " values");
 }

@@ -37,9 +37,11 @@ class DumpReader {
   }
 
  private:
+  // The version of the file; a block file stays open.
+  static int probe(const char* path, BlockSource& blocks);
   int fail(int result, const std::string& why);
   int beginText(const char* path, Header header, int version);
-  int beginBlocks(const char* path, Header header, int version);
+  int beginBlocks(Header header, int version);
   // 1 when the block has an entry left to read, else the result of the operation.
   int seek(Block block, Header header) {
     if (reading_ && current_ != kBlockRows[block].id && !open(kBlockRows[block], header)) return kNoSuchBlock;

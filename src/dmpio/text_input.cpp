@@ -40,7 +40,6 @@ int scanNumbers(std::string_view text, int* values, int count) {
 bool TextInput::open(const char* path) {
   close();
   error_.clear();
-  buffer_.resize(kBufferSize);
   // Without O_NONBLOCK the open of a pipe would wait for its writer.
   descriptor_ = openToRead(path, O_NONBLOCK);
   struct stat status {};
@@ -50,6 +49,9 @@ bool TextInput::open(const char* path) {
     error_ = S_ISDIR(status.st_mode) ? "is a directory" : "is not a regular file";
   if (!error_.empty()) close();
   ended_ = !error_.empty();
+  // One byte more than the file, so that its end is seen.
+  if (!ended_)
+    buffer_.resize(std::clamp(static_cast<std::size_t>(status.st_size) + 1, kLeastBuffer, kMostBuffer));
   return error_.empty();
 }
 

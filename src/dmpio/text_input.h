@@ -57,7 +57,8 @@ class TextInput {
  private:
   // Bytes of a number, signs and zeros before it included, that are surely seen in one piece.
   static constexpr std::size_t kLookAhead = 256;
-  static constexpr std::size_t kBufferSize = std::size_t{1} << 18;
+  static constexpr std::size_t kLeastBuffer = 2 * kLookAhead;
+  static constexpr std::size_t kMostBuffer = std::size_t{1} << 18;
 
   // True when at least one byte is left; `wanted` of them are then in the buffer unless the file has fewer.
   bool prepare(std::size_t wanted) {

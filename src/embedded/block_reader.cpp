@@ -117,30 +117,31 @@ bool BlockReader::loadDirectory() {
 
 bool BlockReader::checkBlock(const BlockEntry& block, std::uint64_t expectedOffset) {
   const BlockRecord& record = block.record;
-  const std::string where = "has a wrong directory: " + blockText(record.id) + " ";
+  const auto where = [&record] { return "has a wrong directory: " + blockText(record.id) + " "; };
   if (record.offset != expectedOffset)
-    return fail(where + "begins at byte " + number(record.offset) + ", not at " + number(expectedOffset));
+    return fail(where() + "begins at byte " + number(record.offset) + ", not at " + number(expectedOffset));
   const std::uint64_t room = header_.directoryOffset - expectedOffset;
   if (record.length > room || record.reserved != 0)
-    return fail(where + "has " + number(record.length) + " bytes where " + number(room) + " are left");
+    return fail(where() + "has " + number(record.length) + " bytes where " + number(room) + " are left");
   std::uint64_t used = 0;
   for (const ColumnRecord& column : block.columns) {
     const auto index = static_cast<std::uint64_t>(&column - block.columns.data());
-    const std::string which = where + "column " + number(index) + " ";
+    const auto which = [&] { return where() + "column " + number(index) + " "; };
     const std::uint64_t unit = column.type < 256 ? valueSize(static_cast<char>(column.type)) : 0;
-    if (unit == 0 || column.reserved != 0) return fail(which + "has an unknown type " + number(column.type));
+    if (unit == 0 || column.reserved != 0)
+      return fail(which() + "has an unknown type " + number(column.type));
     if (column.offset != record.offset + used)
-      return fail(which + "begins at byte " + number(column.offset) + ", not at " +
+      return fail(which() + "begins at byte " + number(column.offset) + ", not at " +
                   number(record.offset + used));
     const auto size = checkedProduct(column.count, unit);
     const auto padded = size ? checkedSum(*size, paddingAfter(*size)) : size;
     if (!padded || *padded > record.length - used)
-      return fail(which + "has " + number(column.count) + " values, more than its block of " +
+      return fail(which() + "has " + number(column.count) + " values, more than its block of " +
                   number(record.length) + " bytes holds");
     used += *padded;
   }
   if (used != record.length)
-    return fail(where + "has " + number(record.length) + " bytes, its columns " + number(used));
+    return fail(where() + "has " + number(record.length) + " bytes, its columns " + number(used));
   return true;
 }
 
@@ -164,12 +165,12 @@ bool BlockReader::verify(const BlockEntry& block, std::size_t column) {
   const std::uint64_t size = record.count * valueSize(static_cast<char>(record.type));
   const std::uint64_t padding = paddingAfter(size);
   const std::byte* const bytes = file_.bytes().data() + record.offset;
-  const std::string which = "is damaged: " + blockText(block.record.id) + ", ";
+  const auto which = [&block] { return "is damaged: " + blockText(block.record.id) + ", "; };
   if (checksumOf(bytes, size + padding, columnSeed(block.record.id, column)) != record.hash)
-    return fail(which + "the checksum of column " + number(column) + " (bytes " + number(record.offset) +
+    return fail(which() + "the checksum of column " + number(column) + " (bytes " + number(record.offset) +
                 " to " + number(record.offset + size + padding - 1) + ") does not match");
   return std::all_of(bytes + size, bytes + size + padding, [](std::byte b) { return b == std::byte{0}; }) ||
-         fail(which + "the padding of column " + number(column) + " is not zero");
+         fail(which() + "the padding of column " + number(column) + " is not zero");
 }
 
 }  // namespace orvmesh::embedded

@@ -1,6 +1,5 @@
 #include "embedded/mapped_file.h"
 
-#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -11,16 +10,16 @@
 namespace orvmesh::embedded {
 
 bool MappedFile::open(const std::string& path) {
-  close();
+  bytes_.release();
   error_.clear();
   // Without O_NONBLOCK the open of a pipe would wait for its writer.
   const Descriptor descriptor(openToRead(path.c_str(), O_NONBLOCK));
-  if (descriptor.isOpen()) return map(descriptor.number());
+  if (descriptor.isOpen()) return take(descriptor.number());
   error_ = std::string("cannot be read: ") + std::strerror(errno);
   return false;
 }
 
-bool MappedFile::map(int descriptor) {
+bool MappedFile::take(int descriptor) {
   struct stat status {};
   if (::fstat(descriptor, &status) != 0) {
     error_ = std::string("cannot be read: ") + std::strerror(errno);
@@ -33,19 +32,9 @@ bool MappedFile::map(int descriptor) {
   }
   if (!error_.empty()) return false;
 
-  const auto size = static_cast<std::size_t>(status.st_size);
-  void* const memory = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
-  if (memory == MAP_FAILED) {
-    error_ = std::string("cannot be mapped: ") + std::strerror(errno);
-    return false;
-  }
-  bytes_ = {static_cast<const std::byte*>(memory), size};
-  return true;
-}
-
-void MappedFile::close() {
-  if (!bytes_.empty()) ::munmap(const_cast<std::byte*>(bytes_.data()), bytes_.size());
-  bytes_ = {};
+  const int reason = bytes_.take(descriptor, static_cast<std::size_t>(status.st_size));
+  if (reason != 0) error_ = std::string("cannot be read: ") + std::strerror(reason);
+  return reason == 0;
 }
 
 }  // namespace orvmesh::embedded

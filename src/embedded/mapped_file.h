@@ -4,26 +4,22 @@
 #include <span>
 #include <string>
 
+#include "base/file_bytes.h"
+
 namespace orvmesh::embedded {
 
-// A regular file mapped read-only. A file replaced by name while it is mapped keeps its old bytes here.
+// The bytes of a regular file.
 class MappedFile {
  public:
-  MappedFile() = default;
-  ~MappedFile() { close(); }
-  MappedFile(const MappedFile&) = delete;
-  MappedFile& operator=(const MappedFile&) = delete;
-
   // False with errorText() for anything but a readable, non-empty regular file.
   bool open(const std::string& path);
-  void close();
-  std::span<const std::byte> bytes() const { return bytes_; }
+  std::span<const std::byte> bytes() const { return {bytes_.data(), bytes_.size()}; }
   const std::string& errorText() const { return error_; }
 
  private:
-  bool map(int descriptor);
+  bool take(int descriptor);
 
-  std::span<const std::byte> bytes_;
+  FileBytes bytes_;
   std::string error_;
 };
 

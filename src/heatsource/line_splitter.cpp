@@ -2,8 +2,9 @@
 
 namespace orvmesh::heatsource {
 
-// Moves what is left to the front and fills the rest of the room.
+// Moves what is left to the front and fills the rest of the room, which is large for texts that need it.
 bool LineSplitter::readMore() {
+  if (end_ == bytes_.size() && end_ < kPiece) bytes_.resize(kPiece);
   std::memmove(bytes_.data(), bytes_.data() + begin_, end_ - begin_);
   end_ -= begin_;
   begin_ = 0;

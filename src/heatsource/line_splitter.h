@@ -14,7 +14,7 @@ class LineSplitter {
  public:
   static constexpr std::size_t kMostBytes = std::size_t{1} << 16;
 
-  explicit LineSplitter(std::istream& in) : in_(in), bytes_(kPiece) {}
+  explicit LineSplitter(std::istream& in) : in_(in), bytes_(kFirstPiece) {}
 
   // The next line without its line feed; false when nothing is left. The line lives until the next call.
   bool next(std::string_view& line) {
@@ -30,6 +30,7 @@ class LineSplitter {
   std::int64_t cutLines() const { return cut_; }
 
  private:
+  static constexpr std::size_t kFirstPiece = std::size_t{1} << 12;
   static constexpr std::size_t kPiece = std::size_t{1} << 18;
 
   void take(const char* begin, std::size_t length, std::string_view& line) {

@@ -1,6 +1,5 @@
 #include "import/mesh_file.h"
 
-#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -14,7 +13,7 @@
 namespace orvmesh::importing {
 namespace {
 
-// Why the opened file cannot be mapped; empty when it can.
+// Why the opened file cannot be read; empty when it can.
 std::string refusal(int descriptor, struct stat& status) {
   if (::fstat(descriptor, &status) != 0) return std::string("cannot be read: ") + std::strerror(errno);
   if (S_ISDIR(status.st_mode)) return "is a directory; expected a mesh file (MSH 2.2 or 4.1)";
@@ -31,21 +30,16 @@ MeshFile::MeshFile(std::string path) : path_(std::move(path)) {
   if (!descriptor.isOpen()) throw Failure(path_, std::string("cannot be read: ") + std::strerror(errno));
   struct stat status {};
   std::string problem = refusal(descriptor.number(), status);
-  void* memory = MAP_FAILED;
-  if (problem.empty()) {
-    size_ = static_cast<std::size_t>(status.st_size);
-    memory = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, descriptor.number(), 0);
-    if (memory == MAP_FAILED) problem = std::string("cannot be mapped: ") + std::strerror(errno);
-  }
+  if (problem.empty())
+    if (const int reason = bytes_.take(descriptor.number(), static_cast<std::size_t>(status.st_size));
+        reason != 0)
+      problem = std::string("cannot be read: ") + std::strerror(reason);
   if (!problem.empty()) throw Failure(path_, problem);
-  bytes_ = static_cast<const char*>(memory);
 }
 
-MeshFile::~MeshFile() { ::munmap(const_cast<char*>(bytes_), size_); }
-
 void MeshFile::fail(const char* at, const std::string& what) const {
-  const auto place = binary_ ? "byte " + std::to_string(at - bytes_)
-                             : "line " + std::to_string(1 + std::count(bytes_, at, '\n'));
+  const auto place = binary_ ? "byte " + std::to_string(at - begin())
+                             : "line " + std::to_string(1 + std::count(begin(), at, '\n'));
   throw Failure(path_, place + ": " + what);
 }
 

@@ -3,20 +3,19 @@
 #include <cstddef>
 #include <string>
 
+#include "base/file_bytes.h"
+
 namespace orvmesh::importing {
 
-// The bytes of a mesh file, mapped read-only for as long as the object lives.
+// The bytes of a mesh file.
 class MeshFile {
  public:
   // Fails for anything but a readable, non-empty regular file.
   explicit MeshFile(std::string path);
-  ~MeshFile();
-  MeshFile(const MeshFile&) = delete;
-  MeshFile& operator=(const MeshFile&) = delete;
 
   const std::string& path() const { return path_; }
-  const char* begin() const { return bytes_; }
-  const char* end() const { return bytes_ + size_; }
+  const char* begin() const { return reinterpret_cast<const char*>(bytes_.data()); }
+  const char* end() const { return begin() + bytes_.size(); }
 
   // Places are named by line while the file is text and by byte offset from then on.
   void setBinary() { binary_ = true; }
@@ -25,8 +24,7 @@ class MeshFile {
 
  private:
   std::string path_;
-  const char* bytes_ = nullptr;
-  std::size_t size_ = 0;
+  FileBytes bytes_;
   bool binary_ = false;
 };
 

@@ -2,8 +2,10 @@
 
 namespace orvmesh::sensor {
 
-// Moves what is left to the front and reads behind it, into twice the room when one line fills it all.
+// Moves what is left to the front and reads behind it. Texts larger than the first piece get room for large
+// ones, and twice the room when one line fills it all.
 bool LineReader::readMore() {
+  if (end_ == bytes_.size() && end_ < kPiece) bytes_.resize(kPiece);
   std::memmove(bytes_.data(), bytes_.data() + begin_, end_ - begin_);
   end_ -= begin_;
   begin_ = 0;

@@ -11,7 +11,7 @@ namespace orvmesh::sensor {
 // Lines of a stream, read in large pieces.
 class LineReader {
  public:
-  explicit LineReader(std::istream& in) : in_(in), bytes_(kPiece) {}
+  explicit LineReader(std::istream& in) : in_(in), bytes_(kFirstPiece) {}
 
   // The next line without its line feed, or the rest of the text when none follows; false, and an empty line,
   // when nothing is left. The line lives until the next call.
@@ -27,6 +27,7 @@ class LineReader {
   std::int64_t lineNumber() const { return number_; }
 
  private:
+  static constexpr std::size_t kFirstPiece = std::size_t{1} << 12;
   static constexpr std::size_t kPiece = std::size_t{1} << 18;
 
   void take(std::size_t feed, std::string_view& line) {

@@ -35,7 +35,7 @@ std::string found(std::string_view line) {
 // Text that goes to the sink in large pieces.
 class Output {
  public:
-  explicit Output(const TextSink& sink) : sink_(sink) { text_.reserve(2 * kPiece); }
+  explicit Output(const TextSink& sink) : sink_(sink) {}
   std::string& text() { return text_; }
   void line(std::string_view line) {
     text_.append(line);

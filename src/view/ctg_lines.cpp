@@ -1,5 +1,7 @@
 #include "view/ctg_lines.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
@@ -11,9 +13,18 @@
 namespace orvmesh::view {
 namespace {
 
-constexpr std::size_t kBuffer = std::size_t{1} << 18;
 constexpr std::size_t kLongestLine = 4096;
+constexpr std::size_t kLeastBuffer = 2 * kLongestLine;
+constexpr std::size_t kMostBuffer = std::size_t{1} << 18;
 constexpr std::size_t kMostShown = 40;
+
+// One byte more than a small file has, so that its end is seen with the first piece.
+std::size_t bufferFor(int descriptor) {
+  struct stat status {};
+  const bool isFile = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+  return isFile ? std::clamp(static_cast<std::size_t>(status.st_size) + 1, kLeastBuffer, kMostBuffer)
+                : kMostBuffer;
+}
 
 }  // namespace
 
@@ -25,7 +36,10 @@ std::string shown(std::string_view text) {
 }
 
 CtgLines::CtgLines(const std::string& path)
-    : path_(path), file_(openToRead(path.c_str())), buffer_(std::make_unique_for_overwrite<char[]>(kBuffer)) {
+    : path_(path),
+      file_(openToRead(path.c_str())),
+      size_(bufferFor(file_.number())),
+      buffer_(std::make_unique_for_overwrite<char[]>(size_)) {
   if (!file_.isOpen()) throw Failure(path, std::string("cannot be read: ") + std::strerror(errno));
 }
 
@@ -37,7 +51,7 @@ void CtgLines::fill() {
   std::memmove(buffer_.get(), buffer_.get() + at_, end_ - at_);
   end_ -= at_;
   at_ = 0;
-  const auto got = readSome(file_.number(), buffer_.get() + end_, kBuffer - end_);
+  const auto got = readSome(file_.number(), buffer_.get() + end_, size_ - end_);
   if (got < 0) throw Failure(path_, std::string("cannot be read: ") + std::strerror(errno));
   end_ += static_cast<std::size_t>(got);
   ended_ = got == 0;

@@ -25,6 +25,7 @@ class CtgLines {
 
   std::string path_;
   Descriptor file_;
+  std::size_t size_;  // of the buffer
   std::unique_ptr<char[]> buffer_;
   std::size_t at_ = 0;
   std::size_t end_ = 0;

@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <vector>
 
 #include "base/failure.h"
 #include "platform/header_counts.h"
@@ -37,17 +37,28 @@ void fillCounts(JsonMesh& mesh) {
       mesh.header[row.field] = static_cast<std::int32_t>(row.count);
 }
 
+// All that can be written, descending.
+const std::vector<int>& writableVersions() {
+  constexpr int kAboveAll = 99'999;  // versions have at most five digits
+  static const std::vector<int> versions = [] {
+    std::vector<int> found;
+    for (int version = kAboveAll; version > 0; --version)
+      if (OFEIO_Manipulator::isWritableVersion(version)) found.push_back(version);
+    return found;
+  }();
+  return versions;
+}
+
 // A field 0 of zero says nothing about the version.
 int versionFor(const JsonMesh& mesh, const std::string& name, const LoadOptions& options) {
-  const std::string writable = OFEIO_Manipulator::writableVersionsText();
-  constexpr int kAboveAll = 99'999;  // versions have at most five digits
+  const std::string legal = OFEIO_Manipulator::writableVersionsText();
   if (options.version && !OFEIO_Manipulator::isWritableVersion(*options.version))
-    throw Failure(name, "version " + std::to_string(*options.version) + " (legal: " + writable + ")");
+    throw Failure(name, "version " + std::to_string(*options.version) + " (legal: " + legal + ")");
   if (options.version) return *options.version;
   const std::int32_t stated = mesh.header[m_HEADER_Version];
-  for (int version = stated == 0 ? kAboveAll : std::min(stated, kAboveAll); version > 0; --version)
-    if (OFEIO_Manipulator::isWritableVersion(version)) return version;
-  refuse(name, "header.fields.0", std::to_string(stated), writable + " or between them");
+  for (const int version : writableVersions())
+    if (stated == 0 || version <= stated) return version;
+  refuse(name, "header.fields.0", std::to_string(stated), legal + " or between them");
 }
 
 void writeBlocks(const JsonMesh& mesh, OFEIO_Manipulator& file, const std::string& ofePath) {

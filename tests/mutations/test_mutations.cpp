@@ -1,59 +1,22 @@
 #include "mutations/mutations.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <orvmesh/mesh_format_transfer.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <iostream>
-#include <sstream>
 
-#include "base/failure.h"
-#include "dmpio/dump_content.h"
-#include "dmpio/dump_json.h"
 #include "embedded/all_blocks.h"
 #include "embedded/block_reader.h"
-#include "import/import.h"
-#include "platform/cofedata.h"
+#include "mutations/readers.h"
 #include "platform/ofv_reader.h"
 #include "platform/ofv_writer.h"
-#include "sensor/snc_rewrite.h"
 #include "support/box_grid.h"
 #include "support/everything.h"
 #include "support/json_mesh.h"
-#include "view/ctg_mesh.h"
 
 // Damaged files of every kind, all the mutations of mutations.h. ORVMESH_LONG tries every one.
 namespace orvmesh::test {
 namespace {
-
-// The path of a file that is overwritten again and again; in memory where there is such a place.
-class ScratchFile {
- public:
-  ScratchFile()
-      : path_((std::filesystem::exists("/dev/shm") ? "/dev/shm/orvmesh-" : "/tmp/orvmesh-") +
-              std::to_string(::getpid())) {
-    descriptor_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-  }
-  ~ScratchFile() {
-    ::close(descriptor_);
-    (void)::unlink(path_.c_str());
-  }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-
-  void put(const std::string& bytes) const {
-    ASSERT_EQ(::ftruncate(descriptor_, static_cast<off_t>(bytes.size())), 0);
-    ASSERT_EQ(::pwrite(descriptor_, bytes.data(), bytes.size(), 0), static_cast<ssize_t>(bytes.size()));
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-  int descriptor_;
-};
 
 // Why the container refuses the file; empty when it does not.
 std::string refusalOfBlocks(const std::string& path) {
@@ -68,15 +31,6 @@ std::string refusalOfBlocks(const std::string& path) {
 std::string ofvRefusal(const std::string& path) {
   COrvOFVReader reader;
   return reader.open(path.c_str()) == 1 ? std::string() : reader.errorText();
-}
-
-std::string dumpRefusal(const std::string& path) {
-  try {
-    dmpio::dumpAsJson(path, [](std::string_view) {});
-  } catch (const Failure& failure) {
-    return failure.what();
-  }
-  return {};
 }
 
 // Every change of a file with checksums is reported, and in words.
@@ -114,55 +68,13 @@ TEST(Mutations, OfAnOfvFileAreAllReported) {
   expectAllReported(bytesOf(dir / "mesh.ofv"), 1, &ofvRefusal);
 }
 
-// A reader of text: throws Failure, or uses what it accepted and fails the test when that is no valid model.
+// A text and the use of its reader.
 struct TextFormat {
   const char* name;
   std::string (*make)(const TempDir& dir);
   void (*use)(const std::string& path, const TempDir& dir);
   std::size_t stride;
 };
-
-void useJson(const std::string& path, const TempDir& dir) {
-  const std::string ofe = dir / "mesh.ofe";
-  view::loadJsonFile(path, ofe, {});
-  const std::string first = view::dumpJson(ofe);
-  view::loadJson(first, "dump", ofe);
-  EXPECT_EQ(view::dumpJson(ofe), first);
-}
-
-void useMsh(const std::string& path, const TempDir& dir) {
-  importing::ImportOptions options;
-  options.mesh = path;
-  options.target = dir / "mold.ofe";
-  importing::importMesh(options);
-  COFEData model;
-  EXPECT_EQ(model.ReadDataBin(options.target.c_str(), nullptr, 0, false), 1) << model.errorText();
-}
-
-void useDump(const std::string& path, const TempDir& dir) {
-  dmpio::dumpAsJson(path, [](std::string_view) {});
-  Dump dump;
-  dump.convert(path.c_str(), (dir / "copy").c_str(), 2004);
-  if (*dump.getErrorText() != '\0') throw Failure(path, dump.getErrorText());
-  EXPECT_EQ(dumpRefusal(dir / "copy"), "");
-}
-
-void useCtg(const std::string& path, const TempDir&) { view::ctgInfoAsText(path); }
-
-void useSnc(const std::string& path, const TempDir&) {
-  std::istringstream in(bytesOf(path));
-  std::string out;
-  const auto maps = sensor::makeMaps({{1, 1, 1, 0, 0}}, sensor::MapVariant::standard, {{true}, {}});
-  const auto report = sensor::rewriteSnc(
-      in,
-      [&out](std::string_view text) {
-        out += text;
-        return true;
-      },
-      maps);
-  if (!report.error.empty()) throw Failure(path, report.error);
-  EXPECT_TRUE(out.ends_with("[EOF]"));
-}
 
 std::string makeCtg(const TempDir& dir) {
   std::string source = writeOfe(dir.path(), kEverything), target = dir / "mold.ctg";
@@ -188,14 +100,7 @@ const TextFormat kTextFormats[] = {
      },
      &useDump, 5},
     {"CTG", &makeCtg, &useCtg, 11},
-    {"SNC",
-     [](const TempDir&) {
-       return std::string(
-           "9\n[HEADER] text\n[SENSOR INFO]\nnumbers\n2\n1\n0\n0\n0\n0\n1  7      1 2 3\n1  8      1 2 3\n"
-           "2  9      1 2 3\n[VARBLE INFO]\nv\n[HISTORY "
-           "DATA]\n0.5\n35.00\n36.00\n37.00\n\n[TIMESTEP]\n1\n[EOF]\n");
-     },
-     &useSnc, 1}};
+    {"SNC", [](const TempDir&) { return std::string(kSncText); }, &useSnc, 1}};
 
 TEST(Mutations, OfTextAreRefusedInWordsOrMakeAValidModel) {
   std::streambuf* const output = std::cout.rdbuf();

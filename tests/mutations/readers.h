@@ -1,0 +1,106 @@
+#pragma once
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <sstream>
+
+#include "base/failure.h"
+#include "dmpio/dump_content.h"
+#include "dmpio/dump_json.h"
+#include "import/import.h"
+#include "platform/cofedata.h"
+#include "sensor/snc_rewrite.h"
+#include "view/ctg_mesh.h"
+#include "view/ofe_json.h"
+
+// One use of every reader: throws Failure, or uses what it accepted and fails the test when that is no valid
+// model.
+namespace orvmesh::test {
+
+// The path of a file that is overwritten again and again; in memory where there is such a place.
+class ScratchFile {
+ public:
+  ScratchFile()
+      : path_((std::filesystem::exists("/dev/shm") ? "/dev/shm/orvmesh-" : "/tmp/orvmesh-") +
+              std::to_string(::getpid())) {
+    descriptor_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  }
+  ~ScratchFile() {
+    ::close(descriptor_);
+    (void)::unlink(path_.c_str());
+  }
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+
+  void put(const std::string& bytes) const {
+    ASSERT_EQ(::ftruncate(descriptor_, static_cast<off_t>(bytes.size())), 0);
+    ASSERT_EQ(::pwrite(descriptor_, bytes.data(), bytes.size(), 0), static_cast<ssize_t>(bytes.size()));
+  }
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+  int descriptor_;
+};
+
+inline std::string dumpRefusal(const std::string& path) {
+  try {
+    dmpio::dumpAsJson(path, [](std::string_view) {});
+  } catch (const Failure& failure) {
+    return failure.what();
+  }
+  return {};
+}
+
+inline void useJson(const std::string& path, const TempDir& dir) {
+  const std::string ofe = dir / "mesh.ofe";
+  view::loadJsonFile(path, ofe, {});
+  const std::string first = view::dumpJson(ofe);
+  view::loadJson(first, "dump", ofe);
+  EXPECT_EQ(view::dumpJson(ofe), first);
+}
+
+inline void useMsh(const std::string& path, const TempDir& dir) {
+  importing::ImportOptions options;
+  options.mesh = path;
+  options.target = dir / "mold.ofe";
+  importing::importMesh(options);
+  COFEData model;
+  EXPECT_EQ(model.ReadDataBin(options.target.c_str(), nullptr, 0, false), 1) << model.errorText();
+}
+
+inline void useDump(const std::string& path, const TempDir& dir) {
+  dmpio::dumpAsJson(path, [](std::string_view) {});
+  Dump dump;
+  dump.convert(path.c_str(), (dir / "copy").c_str(), 2004);
+  if (*dump.getErrorText() != '\0') throw Failure(path, dump.getErrorText());
+  EXPECT_EQ(dumpRefusal(dir / "copy"), "");
+}
+
+inline void useCtg(const std::string& path, const TempDir&) { view::ctgInfoAsText(path); }
+
+// Accepted by useSnc.
+inline constexpr const char* kSncText =
+    "9\n[HEADER] text\n[SENSOR INFO]\nnumbers\n2\n1\n0\n0\n0\n0\n1  7      1 2 3\n1  8      1 2 3\n"
+    "2  9      1 2 3\n[VARBLE INFO]\nv\n[HISTORY DATA]\n0.5\n35.00\n36.00\n37.00\n\n[TIMESTEP]\n1\n[EOF]\n";
+
+inline void useSnc(const std::string& path, const TempDir&) {
+  std::istringstream in(bytesOf(path));
+  std::string out;
+  const auto maps = sensor::makeMaps({{1, 1, 1, 0, 0}}, sensor::MapVariant::standard, {{true}, {}});
+  const auto report = sensor::rewriteSnc(
+      in,
+      [&out](std::string_view text) {
+        out += text;
+        return true;
+      },
+      maps);
+  if (!report.error.empty()) throw Failure(path, report.error);
+  EXPECT_TRUE(out.ends_with("[EOF]"));
+}
+
+}  // namespace orvmesh::test
