@@ -5,12 +5,12 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "platform/ofeio.h"
+#include "support/files.h"
 #include "support/temp_dir.h"
 
 namespace orvmesh::test {
@@ -48,11 +48,6 @@ inline double squareDistance(const double (&a)[3], const double (&b)[3]) {
   return sum;
 }
 
-inline std::string bytesOf(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 // What the job prints on standard output.
 inline std::string printedBy(const std::function<void()>& job) {
   testing::internal::CaptureStdout();
@@ -64,7 +59,7 @@ inline std::string printedBy(const std::function<void()>& job) {
 inline void eachDamage(const std::string& path, const std::function<void(const std::string&)>& use,
                        std::size_t step = 1) {
   const std::string bytes = bytesOf(path), damaged = path + ".damaged";
-  std::ofstream(damaged, std::ios::binary) << bytes;
+  writeBytes(damaged, bytes);
   for (std::size_t i = 0; i < bytes.size(); i += step) {
     const auto put = [&](char byte) {
       std::fstream file(damaged, std::ios::binary | std::ios::in | std::ios::out);

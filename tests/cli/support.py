@@ -1,4 +1,5 @@
 """What the tests of the command share."""
+import json
 import os
 import resource
 import signal
@@ -50,6 +51,16 @@ class FolderTest(unittest.TestCase):
         previous = os.getcwd()
         os.chdir(folder.name)
         self.addCleanup(os.chdir, previous)
+
+    def write(self, path, text):
+        with open(path, "w", newline="") as file:
+            file.write(text)
+
+    def load(self, mesh, path):
+        """Makes an OFE file of a mesh in its JSON form."""
+        self.write("mesh.json", json.dumps(mesh))
+        done("load", "mesh.json", path)
+        os.remove("mesh.json")
 
     def contents(self):
         return {path: read(path) if os.path.isfile(path) else None for path in os.listdir(".")}

@@ -1,11 +1,11 @@
 """dmp info, dump and convert: what they print, what they warn of, exit codes, targets that stay as they were."""
 import json
 import os
-import subprocess
 import sys
 import tempfile
 
-ORVMESH = os.environ["ORVMESH"]
+from support import orvmesh, read
+
 HEADER = "1\n[HEADER]\n1023 5\n1 1 1\n2 1\n2 1\n1 9\n"
 TEXT = HEADER + """[NODE MAP]
 1 10
@@ -34,7 +34,7 @@ BLOCKS = {"nodeMap": [[1, 10], [2, -20]], "elementPlasticMap": [3], "elementMold
 
 
 def run(code, *words):
-    done = subprocess.run([ORVMESH, "dmp", *words], capture_output=True, text=True, check=False)
+    done = orvmesh("dmp", *words)
     if done.returncode != code:
         sys.exit(f"{words}: exit code {done.returncode}\n{done.stdout}{done.stderr}")
     return done.stdout, done.stderr
@@ -87,8 +87,7 @@ def check_refused(folder, source):
         place = target if words else folder + "/no/target"
         message = run(1, "convert", source, place, *words)[1]
         check("target", message.startswith(f"orvmesh: {place}: {error or 'cannot be written'}"), message)
-    with open(target, encoding="utf-8") as file:
-        check("old target", file.read() == "old")
+    check("old target", read(target) == b"old")
     check("folder", sorted(os.listdir(folder)) == ["bad", "copy", "map.dmp", "target"], os.listdir(folder))
 
 

@@ -1,21 +1,17 @@
 """`orvmesh heat` from outside: the example's table against VTK and a brute-force search, odd tables, refusals."""
 import json
 import os
-import subprocess
-import sys
-import tempfile
 import unittest
 
 import numpy as np
 from vtk import vtkXMLUnstructuredGridReader
 from vtk.util.numpy_support import vtk_to_numpy
 
-ORVMESH, SOURCE = os.environ["ORVMESH"], os.environ["ORVMESH_SOURCE"]
-EXAMPLES = os.path.join(SOURCE, "examples")
-LOSSES = os.path.join(EXAMPLES, "heat", "losses.txt")
-sys.path[:0] = [os.path.join(SOURCE, "scripts")]
-sys.dont_write_bytecode = True
-import demo_heat
+from support import EXAMPLE, MOLD, ORVMESH, SOURCE, FolderTest, orvmesh as run
+
+import demo_heat  # found by way of support
+
+LOSSES = os.path.join(SOURCE, "examples", "heat", "losses.txt")
 
 # Two tetrahedra, 10 cm long, and a face of which only nodes 2 to 4 are on the surface.
 MESH = {"header": {"fields": {"0": 14001}, "unit": "cm"},
@@ -23,10 +19,6 @@ MESH = {"header": {"fields": {"0": 14001}, "unit": "cm"},
         "elementsPlastic": [{"nodes": [1, 2, 3, 4], "a": 1, "b": 1}, {"nodes": [2, 3, 4, 5], "a": 1, "b": 1}],
         "elementSurfaces": [{"interfaceId": 1, "nodes": [2, 3, 4, 4], "elementNo": 1}]}
 TABLE = "% Nodes: 3\n% x y z q\n0 0 0 10000\n0.1 0 0 20000\n0.1 0.1 0.1 40000\n"
-
-
-def run(*arguments):
-    return subprocess.run([ORVMESH, *arguments], capture_output=True, text=True, timeout=60)
 
 
 def point_data(path):
@@ -37,20 +29,10 @@ def point_data(path):
     return {data.GetArrayName(i): vtk_to_numpy(data.GetArray(i)) for i in range(data.GetNumberOfArrays())}
 
 
-class Heat(unittest.TestCase):
+class Heat(FolderTest):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        previous = os.getcwd()
-        os.chdir(folder.name)
-        self.addCleanup(os.chdir, previous)
-        self.write("mesh.json", json.dumps(MESH))
-        done = run("load", "mesh.json", "mesh.ofe")
-        self.assertEqual(done.returncode, 0, done.stderr)
-
-    def write(self, path, text):
-        with open(path, "w") as out:
-            out.write(text)
+        super().setUp()
+        self.load(MESH, "mesh.ofe")
 
     def heat(self, table, *options):
         self.write("table.txt", table)
@@ -64,8 +46,7 @@ class Heat(unittest.TestCase):
         return found
 
     def test_the_example_against_brute_force(self):
-        mold = os.path.join(EXAMPLES, "mold")
-        words = ["--roles", os.path.join(mold, "roles.json"), os.path.join(mold, "mold.msh")]
+        words = ["--roles", os.path.join(MOLD, "roles.json"), EXAMPLE]
         self.assertEqual(list(demo_heat.map_losses(ORVMESH, words, LOSSES, ".")), [])
 
     def test_values_and_both_grids(self):
@@ -112,12 +93,12 @@ class Heat(unittest.TestCase):
             self.assertEqual((done.returncode, done.stderr.count("\n")), (1, 1), (table, done.stderr))
             self.assertIn("table.txt: ", done.stderr)
             self.assertIn(part, done.stderr)
-        for words in (["none.txt", "mesh.ofe"], [".", "mesh.ofe"], [LOSSES, "none.ofe"], [LOSSES, "mesh.json"]):
+        for words in (["none.txt", "mesh.ofe"], [".", "mesh.ofe"], [LOSSES, "none.ofe"], [LOSSES, "table.txt"]):
             self.assertEqual(run("heat", *words, "-o", "out.vtu").returncode, 1, words)
         self.assertEqual(run("heat", LOSSES, "mesh.ofe", "-o", "none/out.vtu").returncode, 1)
         for words in ([], ["-o", "out.vtk"], ["-o", "out.vtu", "--start", "1"], ["-o", "out.vtu", "--end", "x"]):
             self.assertEqual(run("heat", LOSSES, "mesh.ofe", *words).returncode, 2, words)
-        self.assertEqual(sorted(os.listdir(".")), ["mesh.json", "mesh.ofe", "table.txt"])
+        self.assertEqual(sorted(os.listdir(".")), ["mesh.ofe", "table.txt"])
 
 
 if __name__ == "__main__":

@@ -33,10 +33,6 @@ class Sensors(FolderTest):
         super().setUp()
         self.write("history.snc", self.history)
 
-    def write(self, path, text):
-        with open(path, "w") as out:
-            out.write(text)
-
     def test_example_history_is_that_of_the_example_mold(self):
         lines = make_history.history(make_history.joined_order(ORVMESH, self.mesh), 8)
         self.assertEqual(self.history, "".join(line + "\n" for line in lines))

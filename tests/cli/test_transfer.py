@@ -1,7 +1,5 @@
 """`orvmesh transfer` and `orvmesh variants` from outside: results, refusals, and what they leave behind."""
-import json
 import os
-import tempfile
 import unittest
 
 from support import FolderTest, SOURCE, VARIANTS, orvmesh as run, small_files
@@ -18,14 +16,7 @@ class Transfer(FolderTest):
     def setUp(self):
         super().setUp()
         self.load(MESH, "mold.ofe")
-        with open("target.ofe", "w") as target:
-            target.write("old")
-
-    def load(self, mesh, path):
-        with open("mesh.json", "w") as text:
-            json.dump(mesh, text)
-        self.assertEqual(run("load", "mesh.json", path).returncode, 0)
-        os.remove("mesh.json")
+        self.write("target.ofe", "old")
 
     def test_every_variant_writes_a_file_that_opens(self):
         for variant in VARIANTS:

@@ -1,46 +1,32 @@
 #include <algorithm>
 #include <map>
-#include <random>
 #include <set>
 
 #include "base/face_tables.h"
-#include "embedded/mesh.h"
+#include "embedded/cell_grid.h"
 
 namespace orvmesh::test {
 namespace {
 
-// A random mold on a grid of cells, and what its contact faces must be by the definition: computed from the
-// grid's own node numbers, which both numberings of the mesh come from.
-class RandomMold {
+// A mold and what its contact faces must be by the definition.
+class RandomMold : public CellGrid {
  public:
-  RandomMold(unsigned seed, bool tetrahedra, bool split) : random_(seed), split_(split) {
-    enum { kPart, kMold, kInsertA, kInsertB, kVoid };
-    for (int z = 0; z < kCells; ++z)
-      for (int y = 0; y < kCells; ++y)
-        for (int x = 0; x < kCells; ++x) {
-          const int role = static_cast<int>(random_() % 5);
-          if (role == kVoid) continue;
-          int corner[8];
-          for (int c = 0; c < 8; ++c) corner[c] = gridNode(x + (c & 1), y + (c >> 1 & 1), z + (c >> 2));
-          for (const auto& local : tetrahedra ? kTetrahedra : kHexahedron) {
-            std::vector<int> nodes;
-            nodes.reserve(local.size());
-            for (const int n : local) nodes.push_back(corner[n]);
-            // Material 5001 is typed as an insert and written as mold: no insert here.
-            const int material = role == kInsertA   ? 5002
-                                 : role == kInsertB ? 10001
-                                 : random_() % 2    ? 5001
-                                                    : 1;
-            add(role == kPart, role, nodes, role == kPart ? 1 : material);
-          }
-        }
+  RandomMold(unsigned seed, bool tetrahedra, bool split) : CellGrid(seed, tetrahedra, split) {
+    enum { kPart, kMold, kInsertA, kInsertB, kRoles = 5 };
+    eachElement(kRoles, [this](int role, const std::vector<int>& grid) {
+      // Material 5001 is typed as an insert and written as mold: no insert here.
+      const int other = random_() % 2 ? 5001 : 1;
+      add(role == kPart, role, grid,
+          role == kPart      ? 1
+          : role == kInsertA ? 5002
+          : role == kInsertB ? 10001
+                             : other);
+    });
     addSurfaces(true);
     addSurfaces(false);
     std::shuffle(surfaceKeys_.begin(), surfaceKeys_.end(), random_);
     for (const auto& [key, surface] : surfaceKeys_) mesh.surfaces.push_back(surface);
   }
-
-  Mesh mesh;
 
   std::vector<std::string> expected() const {
     std::map<Key, Members> faces;
@@ -74,7 +60,6 @@ class RandomMold {
   }
 
  private:
-  static constexpr int kCells = 4;
   using Key = std::set<int>;
   struct Element {
     bool isPlastic;
@@ -87,23 +72,6 @@ class RandomMold {
     std::vector<std::pair<int, int>> inserts;
     int other = 0;
   };
-  static inline const std::vector<std::vector<int>> kHexahedron{{0, 1, 3, 2, 4, 5, 7, 6}};
-  static inline const std::vector<std::vector<int>> kTetrahedra{{0, 1, 3, 7}, {0, 3, 2, 7}, {0, 2, 6, 7},
-                                                                {0, 6, 4, 7}, {0, 4, 5, 7}, {0, 5, 1, 7}};
-
-  static int gridNode(int x, int y, int z) { return x + (kCells + 1) * (y + (kCells + 1) * z); }
-
-  // Split meshes number the nodes of each component for themselves, a hair's breadth apart.
-  int nodeOf(int grid, int component) {
-    const auto [at, isNew] = numbers_.try_emplace({split_ ? component : 0, grid}, 0);
-    if (!isNew) return at->second;
-    const auto jitter = [this] { return split_ ? static_cast<float>(random_() % 3) * 5e-7F : 0.F; };
-    const int n = kCells + 1;
-    const auto placed = [&](int cell) { return static_cast<float>(cell) + jitter(); };
-    mesh.nodes.push_back({placed(grid % n), placed(grid / n % n), placed(grid / n / n)});
-    return at->second = static_cast<int>(mesh.nodes.size());
-  }
-
   void add(bool isPlastic, int component, const std::vector<int>& grid, int material) {
     auto& list = isPlastic ? mesh.plastic : mesh.mold;
     Element element{isPlastic, static_cast<int>(list.size()) + 1, material, grid, {}};
@@ -143,9 +111,6 @@ class RandomMold {
     });
   }
 
-  std::mt19937 random_;
-  bool split_;
-  std::map<std::pair<int, int>, int> numbers_;
   std::vector<Element> elements_;
   std::vector<std::pair<Key, Mesh::Surface>> surfaceKeys_;
 };

@@ -24,17 +24,17 @@ std::string ofeOf(const std::string& bytes) {
   importing::ImportOptions options;
   options.mesh = dir / "mold.msh";
   options.target = dir / "mold.ofe";
-  writeFile(options.mesh, bytes);
+  writeBytes(options.mesh, bytes);
   std::filesystem::last_write_time(options.mesh, std::filesystem::file_time_type{});
   importing::importMesh(options);
-  return readFile(options.target);
+  return bytesOf(options.target);
 }
 
 // Damaged files, thousands of them: refused in one line or imported into a file that reads, and nothing else.
 class Damaged {
  public:
   bool isImported(const std::string& bytes) {
-    writeFile(options_.mesh, bytes);
+    writeBytes(options_.mesh, bytes);
     const auto text = failureOf([&] { importing::importMesh(options_); });
     if (text == "no failure") {
       COFEData data;

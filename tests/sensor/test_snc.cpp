@@ -2,7 +2,6 @@
 
 #include <clocale>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <random>
 #include <sstream>
@@ -11,19 +10,12 @@
 #include "sensor/line_reader.h"
 #include "sensor/mesh.h"
 #include "sensor/snc_rewrite.h"
+#include "support/files.h"
 
 namespace orvmesh::test {
 namespace {
 
 using sensor::rewriteSnc;
-
-void write(const std::string& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
-std::string read(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // The mesh has one part element, one part node, three mold element and one mold node sensor; 4 (the second
 // mold element) and 6 lie in inserts. The joined order is 1 4 2 6 3 5.
@@ -66,10 +58,10 @@ TEST(SensorFile, RewritesInPlaceInAnyLocale) {
     if (std::setlocale(LC_NUMERIC, name) != nullptr) break;
   COrvMeshTransfer_SensorFile file;
   for (const std::string& text : {kSnc, replaced(kSnc, "[EOF]\n", "[EOF]")}) {
-    write(path, text);
+    writeBytes(path, text);
     file.TransferSensorFile_SNC(path.c_str(), mesh.c_str(), 0, 0);
     EXPECT_STREQ(file.GetErrorMessage_Link(), "");
-    EXPECT_EQ(read(path), kRewritten);
+    EXPECT_EQ(bytesOf(path), kRewritten);
     EXPECT_FALSE(std::filesystem::exists(path + ".tmc"));
   }
   EXPECT_EQ(file.GetSensorMappingGlobalID(SensorMap_Old2New, 2), 3);
@@ -81,12 +73,12 @@ TEST(SensorFile, ACopyThatIsLeftOverStopsIt) {
   const TempDir dir;
   const std::string mesh = sncMesh(dir);
   const std::string path = dir / "history.snc";
-  write(path, kSnc);
-  write(path + ".tmc", "an older one");
+  writeBytes(path, kSnc);
+  writeBytes(path + ".tmc", "an older one");
   COrvMeshTransfer_SensorFile file;
   file.TransferSensorFile_SNC(path.c_str(), mesh.c_str(), 0, 0);
-  EXPECT_EQ(read(path), kSnc);
-  EXPECT_EQ(read(path + ".tmc"), "an older one");
+  EXPECT_EQ(bytesOf(path), kSnc);
+  EXPECT_EQ(bytesOf(path + ".tmc"), "an older one");
   EXPECT_NE(std::string(file.GetErrorMessage_Link()).find(".tmc"), std::string::npos);
   for (const std::string& gone : {dir / "none.snc", dir.path()}) {
     file.TransferSensorFile_SNC(gone.c_str(), mesh.c_str(), 0, 0);
@@ -101,10 +93,10 @@ TEST(SensorFile, MalformedLinesRepeatWhatStoodBefore) {
   const TempDir dir;
   const std::string mesh = sncMesh(dir);
   const std::string path = dir / "history.snc";
-  write(path, replaced(kSnc, "2 6 6 0 0 ", "2 x"));
+  writeBytes(path, replaced(kSnc, "2 6 6 0 0 ", "2 x"));
   COrvMeshTransfer_SensorFile file;
   file.TransferSensorFile_SNC(path.c_str(), mesh.c_str(), 0, 0);
-  EXPECT_EQ(read(path), replaced(kRewritten, "5  6      6 0 0", "5  2      2 0 0"));
+  EXPECT_EQ(bytesOf(path), replaced(kRewritten, "5  6      6 0 0", "5  2      2 0 0"));
   EXPECT_EQ(std::string(file.GetErrorMessage_Link()),
             path + ": line 17: expected sensor 4 of 6 (type, number, x, y, z), found \"2 x\"");
 }

@@ -1,8 +1,8 @@
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "platform/ofeio.h"
+#include "support/files.h"
 #include "transfer/mold.h"
 #include "view/ctg_mesh.h"
 
@@ -11,19 +11,8 @@ using namespace orvmesh::test;
 
 namespace {
 
-std::string contentOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-class CtgExport : public ::testing::Test {
+class CtgExport : public ::testing::Test, protected OwnFolder {
  protected:
-  void SetUp() override {
-    previous = std::filesystem::current_path();
-    std::filesystem::current_path(dir.path());
-  }
-  void TearDown() override { std::filesystem::current_path(previous); }
-
   // The result; what went to standard output is in `printed`.
   int run(std::string source, std::string target) {
     ::testing::internal::CaptureStdout();
@@ -32,10 +21,8 @@ class CtgExport : public ::testing::Test {
     return result;
   }
 
-  TempDir dir;
   COrvMeshFormatTransfer transfer;
   std::string printed;
-  std::filesystem::path previous;
 };
 
 // Two tetrahedra on one face; node 3 belongs to none of them. The factor doubles the file's coordinates in
@@ -145,7 +132,7 @@ Part Kernel Veriosn = 0
 TEST_F(CtgExport, ByteForByte) {
   EXPECT_EQ(run(writeOfe(dir, kTwoTetrahedra), "mesh.ctg"), 1);
   EXPECT_STREQ(transfer.GetErrorMessage_Link(), "");
-  EXPECT_EQ(contentOf("mesh.ctg"), kTwoTetrahedraText);
+  EXPECT_EQ(bytesOf("mesh.ctg"), kTwoTetrahedraText);
   EXPECT_EQ(
       printed,
       "NewMaxNode = 5,OriMaxNode=6\nNPartBCNode = 1,NAirBCNode1,NCoolantBCNode1,ElemS=3\nnew nface = 7\n"
@@ -193,13 +180,13 @@ TEST_F(CtgExport, FailuresAreToldAndLeaveTheTarget) {
   std::ofstream("old.ctg") << "old";
   transfer.SetStopOnRefusedSource(true);
   EXPECT_EQ(run("missing.ofe", "old.ctg"), 0);
-  EXPECT_EQ(contentOf("old.ctg"), "old");
+  EXPECT_EQ(bytesOf("old.ctg"), "old");
   transfer.SetStopOnRefusedSource(false);
   EXPECT_EQ(run("missing.ofe", "empty.ctg"), 1);
   EXPECT_EQ(view::checkCtg(view::readCtg("empty.ctg")).boundaryFaces, 0);
   EXPECT_TRUE(std::string(transfer.GetErrorMessage_Link()).starts_with("missing.ofe: "));
   EXPECT_EQ(run(source, source), 1);
-  EXPECT_EQ(contentOf(source), kTwoTetrahedraText);
+  EXPECT_EQ(bytesOf(source), kTwoTetrahedraText);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <map>
 
 #include "platform/ofeio.h"
@@ -12,15 +13,9 @@ namespace {
 const char* const kAllVariants[] = {"channels", "hot-runner",   "stream-line",
                                     "moldbase", "part-inserts", "part-inserts-channels"};
 
-// Runs in a folder of its own, since the log stands in the current one.
-class TransferObject : public ::testing::Test {
+// The log stands in the current folder.
+class TransferObject : public ::testing::Test, protected OwnFolder {
  protected:
-  void SetUp() override {
-    previous = std::filesystem::current_path();
-    std::filesystem::current_path(dir.path());
-  }
-  void TearDown() override { std::filesystem::current_path(previous); }
-
   static bool exists(const std::string& path) { return std::filesystem::exists(path); }
   // The mold with one header word changed.
   static std::string withField(int field, int value) {
@@ -30,9 +25,7 @@ class TransferObject : public ::testing::Test {
                         "\"" + std::to_string(field) + "\": " + std::to_string(value));
   }
 
-  TempDir dir;
   COrvMeshFormatTransfer transfer;
-  std::filesystem::path previous;
 };
 
 TEST_F(TransferObject, ResultsSayWhichMaterialsThereAre) {
@@ -79,6 +72,17 @@ TEST_F(TransferObject, VersionsStepDownWithinTheirThousand) {
     EXPECT_EQ(reader.fileVersion(), written) << source;
     EXPECT_EQ(reader.header[0], source);
   }
+}
+
+// A file may state any number; the search for a version ends.
+TEST_F(TransferObject, NoVersionIsTooLow) {
+  OFEIO_Manipulator writer;
+  ASSERT_EQ(writer.beginWriting("lowest.ofe", 14001, 0), 1);
+  writer.header[m_HEADER_Version] = std::numeric_limits<std::int32_t>::min();
+  ASSERT_EQ(writer.endWriting(), 1);
+  runVariant(transfer, "channels", "lowest.ofe", "target.ofe");
+  EXPECT_NE(std::string(transfer.GetErrorMessage_Link()), "");
+  EXPECT_FALSE(exists("target.ofe"));
 }
 
 TEST_F(TransferObject, NodeTypesAndLists) {
