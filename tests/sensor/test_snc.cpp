@@ -26,13 +26,13 @@ std::string sncMesh(const TempDir& dir) {
 const std::string kSnc =
     "9\n\n[HEADER] of a file\na header\n\n[SENSOR INFO] six\nfree\n2\n2\n0\n2\n0\n0\n"
     "1 1 1.5 -2 0\n1 4 4 1e10 0.1234567\n2\t2  +2 0 0\n2 6 6 0 0 \n4 3 3 0 0\r\n4 5 5 0 0\n"
-    "[VARBLE INFO]\nv\n[HISTORY DATA]\nt 0\na1\na4\na2\na6\na3\na5\n\nt 1\nb1\nb4\nb2\nb6\nb3\nb5\n*\n"
+    "[VARBLE INFO]\nv\nall [HISTORY DATA]\nt 0\na1\na4\na2\na6\na3\na5\n\nt 1\nb1\nb4\nb2\nb6\nb3\nb5\n*\n"
     "[TIMESTEP]\nx\n[EOF]\n";
 const std::string kRewritten =
     "1\n[HEADER] of a file\na header\n\n[SENSOR INFO] six\nfree\n1\n1\n0\n3\n1\n0\n"
     "1  1      1.5 -2 0\n2  2      2 0 0\n4  3      3 0 0\n4  4      4 1e+10 0.123457\n4  5      5 0 0\n"
     "5  6      6 0 0\n"
-    "[VARBLE INFO]\nv\n[HISTORY DATA]\nt 0\na1\na2\na3\na4\na5\na6\n\nt 1\nb1\nb2\nb3\nb4\nb5\nb6\n\n"
+    "[VARBLE INFO]\nv\nall [HISTORY DATA]\nt 0\na1\na2\na3\na4\na5\na6\n\nt 1\nb1\nb2\nb3\nb4\nb5\nb6\n\n"
     "[TIMESTEP]\nx\n[EOF]";
 
 std::string replaced(std::string text, const std::string& what, const std::string& with) {
