@@ -1,10 +1,8 @@
 #include "base/atomic_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <fstream>
 
 #include "support/files.h"
@@ -78,29 +76,6 @@ TEST(AtomicFile, RefusesWhatCannotBeReplaced) {
     EXPECT_FALSE(file.commit());
   }
   EXPECT_EQ(filesIn(dir.path()), 2U);
-}
-
-TEST(AtomicFile, AFullDiskLeavesTheOldFileAndNoRest) {
-  const TempDir dir;
-  std::ofstream(dir / "target") << "old";
-  rlimit before{};
-  ::getrlimit(RLIMIT_FSIZE, &before);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{1000, before.rlim_max};
-  ::setrlimit(RLIMIT_FSIZE, &small);
-  AtomicFile file;
-  const bool opened = file.open(dir / "target");
-  const std::string bytes(600, 'x');
-  const bool first = file.append(bytes.data(), bytes.size());
-  const bool second = file.append(bytes.data(), bytes.size());
-  const bool committed = file.commit();
-  ::setrlimit(RLIMIT_FSIZE, &before);
-  (void)std::signal(SIGXFSZ, handler);
-  EXPECT_TRUE(opened && first);
-  EXPECT_FALSE(second || committed);
-  EXPECT_EQ(file.errorText(), "cannot be written: File too large");
-  EXPECT_EQ(bytesOf(dir / "target"), "old");
-  EXPECT_EQ(filesIn(dir.path()), 1U);
 }
 
 }  // namespace

@@ -42,6 +42,21 @@ def read(path):
         return file.read()
 
 
+def grid_of(path):
+    """The grid of a .vtu file as VTK reads it, with the sizes of its cells."""
+    from vtkmodules.numpy_interface.dataset_adapter import WrapDataObject
+    from vtkmodules.vtkFiltersVerdict import vtkCellSizeFilter
+    from vtkmodules.vtkIOXML import vtkXMLUnstructuredGridReader
+    reader = vtkXMLUnstructuredGridReader()
+    reader.SetFileName(path)
+    sizes = vtkCellSizeFilter()
+    sizes.SetInputConnection(reader.GetOutputPort())
+    sizes.Update()
+    if reader.GetErrorCode():
+        sys.exit(f"{path}: VTK cannot read it")
+    return WrapDataObject(sizes.GetOutput())
+
+
 class FolderTest(unittest.TestCase):
     """Tests that run in an empty folder of their own."""
 

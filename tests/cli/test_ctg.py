@@ -3,7 +3,7 @@ import json
 import os
 import unittest
 
-from support import EXAMPLE, FolderTest, orvmesh as run, small_files
+from support import EXAMPLE, FolderTest, orvmesh as run
 
 MESH = {"nodes": [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1], [1, 1, 1], [5, 5, 5]],
         "elementsMoldBase": [{"nodes": [1, 2, 3, 4], "a": 5}, {"nodes": [2, 5, 3, 4], "a": 6}],
@@ -54,14 +54,6 @@ class Ctg(FolderTest):
             self.refused("ctg", "mold.ofe", target, names=[f"orvmesh: {target}: cannot be written"])
         with open("text", "rb") as file:
             self.assertEqual(file.read(), b"no mesh")
-
-    def test_a_full_disk(self):
-        self.refused("ctg", "mold.ofe", "mold.ctg", names=["mold.ctg: ", "File too large"], preexec_fn=small_files())
-
-    def test_usage(self):
-        self.assertIn("Example: orvmesh ctg ", run("ctg", "--help").stdout)
-        for wrong in [["ctg"], ["ctg", "mold.ofe"], ["ctg", "a", "b", "c"]]:
-            self.assertEqual(run(*wrong).returncode, 2, wrong)
 
 
 if __name__ == "__main__":

@@ -95,21 +95,13 @@ TEST(DumpForms, SkippedBlocksAreThereInOrder) {
     ASSERT_EQ(writeFile(path, version, content), 1);
     embedded::BlockReader reader;
     ASSERT_TRUE(reader.open(path));
-    std::vector<std::pair<long, std::uint64_t>> seen;
+    std::string seen;  // ids and sizes of their first vectors
     for (const auto& block : reader.blocks())
-      seen.emplace_back(block.record.id, block.columns.empty() ? 0 : block.columns[0].count);
-    const std::vector<std::pair<long, std::uint64_t>> expected{{10000, headerValues},
-                                                               {20000, 0},
-                                                               {30000, 0},
-                                                               {40000, 0},
-                                                               {50000, 0},
-                                                               {60000, 0},
-                                                               {61000, 0},
-                                                               {62000, 0},
-                                                               {63000, 1},
-                                                               {64000, 0},
-                                                               {64100, 0}};
-    EXPECT_EQ(seen, expected) << version;
+      seen += std::to_string(block.record.id) + ":" +
+              std::to_string(block.columns.empty() ? 0 : block.columns[0].count) + " ";
+    EXPECT_EQ(seen, "10000:" + std::to_string(headerValues) +
+                        " 20000:0 30000:0 40000:0 50000:0 60000:0 61000:0 62000:0 63000:1 64000:0 64100:0 ")
+        << version;
   }
 }
 

@@ -93,21 +93,6 @@ TEST(ContactSurface, MoldFacesTouchWhatLiesBehindThem) {
   }
 }
 
-// Two corners of the common face lie closer than the tolerance; the numbers still match.
-TEST(ContactSurface, FacesThinnerThanTheToleranceMatchByNumber) {
-  const TempDir dir;
-  Mesh mesh;
-  mesh.nodes = {{0, 0, 0}, {1e-4F, 0, 0}, {0, 300, 0}, {0, 0, 300}, {0, 0, -300}};
-  mesh.plastic = {{{1, 2, 3, 4}, 1, 1}};
-  mesh.mold = {{{1, 3, 2, 5}, 1, 1}};
-  mesh.surfaces = {{{1, 2, 3, 3}, 2, 1, 1, 0, 1, 0}};
-  ASSERT_EQ(mesh.write(dir / "mesh.ofe"), 1);
-  COFEPatch_ElementSurface builder;
-  ASSERT_EQ(builder.CreateContactSurface((dir / "mesh.ofe").c_str()), 1);
-  int nodes[4] = {1, 2, 3, 3}, element = 0, matched[4];
-  EXPECT_EQ(builder.GetIfMolbaseFaceContact(nodes, element, matched), 1);
-}
-
 TEST(ContactSurface, NothingIsTouchedWithoutAFile) {
   COFEPatch_ElementSurface builder;
   EXPECT_EQ(builder.CreateContactSurface("/nowhere/mesh.ofe"), 0);

@@ -6,7 +6,6 @@
 #include <locale>
 
 #include "platform/locale.h"
-#include "platform/ofe_header.h"
 #include "support/temp_dir.h"
 
 namespace orvmesh::test {
@@ -76,16 +75,6 @@ TEST(Locale, TheDefaultExistsWhateverTheEnvironmentSays) {
   ::setenv("LC_ALL", "xx_NOWHERE", 1);
   EXPECT_EQ(COrvLocale::GetSystemDefaultLocale(), "C");
   ::unsetenv("LC_ALL");
-}
-
-TEST(OfeHeader, FloatWordsAreBitsOfTheWord) {
-  OFEHeader header;
-  header.setFloatField(m_HEADER_ScaleFactor, 0.001F);
-  EXPECT_EQ(header[29], 0x3a83126f);
-  EXPECT_EQ(header.floatField(29), 0.001F);
-  int floats = 0;
-  for (int i = 0; i < OFEHeader::kWords; ++i) floats += OFEHeader::isFloatField(i);
-  EXPECT_EQ(floats, 5 + 12);
 }
 
 }  // namespace

@@ -185,7 +185,7 @@ TEST_F(TransferObject, AnUnwritableTargetIsToldAndEveryBlockStillRuns) {
   }
 }
 
-TEST_F(TransferObject, AMeshUnderTheNameOfTheLogSurvives) {
+TEST_F(TransferObject, TheMeshMayBeTheTargetOrUnderTheNameOfTheLog) {
   const std::string source = writeOfe(dir, moldJson());
   std::filesystem::copy_file(source, "MeshTranslate.log");
   std::string path = "MeshTranslate.log";
@@ -194,6 +194,8 @@ TEST_F(TransferObject, AMeshUnderTheNameOfTheLogSurvives) {
   EXPECT_EQ(readOfe(path), readOfe(source));
   runVariant(transfer, "moldbase", source, path);
   EXPECT_EQ(readOfe(path), readOfe("target.ofe"));
+  runVariant(transfer, "moldbase", source, source);
+  EXPECT_EQ(readOfe(source), readOfe("target.ofe"));
 }
 
 TEST_F(TransferObject, ArraysOfTheCallerStayAndTooSmallOnesAreMadeAnew) {
@@ -211,13 +213,6 @@ TEST_F(TransferObject, ArraysOfTheCallerStayAndTooSmallOnesAreMadeAnew) {
   data.m_NodeID[8] = 1;  // beyond the array made for 3
   EXPECT_EQ(data.m_NodeDataExtra, own);
   EXPECT_EQ(data.m_NodeData[0], kept);
-}
-
-TEST_F(TransferObject, TheSourceMayBeTheTarget) {
-  const std::string source = writeOfe(dir, moldJson());
-  runVariant(transfer, "moldbase", source, "other.ofe");
-  runVariant(transfer, "moldbase", source, source);
-  EXPECT_EQ(readOfe(source), readOfe("other.ofe"));
 }
 
 TEST_F(TransferObject, LengthsAreDividedByTheFactorAgain) {
