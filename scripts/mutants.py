@@ -8,6 +8,7 @@ import concurrent.futures
 import os
 import queue
 import re
+import resource
 import shutil
 import subprocess
 import sys
@@ -236,7 +237,9 @@ def main():
         return 0
     results = judge_all(mutants, prepare(mutants, max(1, min(options.workers, len({m.file for m in mutants})))))
     counts = {state: list(results.values()).count(state) for state in ("killed", "SURVIVED", "does not build")}
-    print(", ".join(f"{count} {state}" for state, count in counts.items()))
+    spent = resource.getrusage(resource.RUSAGE_CHILDREN)
+    print(", ".join(f"{count} {state}" for state, count in counts.items()) +
+          f"; {(spent.ru_utime + spent.ru_stime) / 60:.0f} minutes of one core, building the copies included")
     for m, state in results.items():
         if state != "killed":
             print(f"{state}: {m.name} ({m.test})")

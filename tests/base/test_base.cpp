@@ -2,11 +2,9 @@
 
 #include <array>
 #include <map>
-#include <set>
 #include <vector>
 
 #include "base/face_tables.h"
-#include "base/face_tag.h"
 
 using namespace orvmesh;
 
@@ -44,19 +42,6 @@ TEST(FaceTables, CloseTheElementAndLookOutwards) {
     }
   }
   for (const int other : {-1, 0, 1, 2, 3, 7, 9}) EXPECT_TRUE(facesOf(other).empty());
-}
-
-TEST(FaceTag, GroupsAndFlags) {
-  EXPECT_EQ(tagGroup(0xABCDEF12), 0xBCDEF);
-  EXPECT_EQ(withGroup(0xABCDEF12, 5), 0xA0000512U);
-  EXPECT_EQ(withGroup(0x00000006, -1), 0x0FFFFF06U);
-  EXPECT_EQ(coolantTag(0x1FFFFF), 0x8FFFFF00U);
-  // Gate kinds over all eight settings of the flag bits.
-  const std::set<std::uint32_t> common{3, 5, 7}, hotCold{6};
-  for (std::uint32_t bits = 0; bits < 8; ++bits) {
-    EXPECT_EQ(isCommonGateTag(bits | 0xFFFFFFF8), common.count(bits) == 1) << bits;
-    EXPECT_EQ(isHotColdGateTag(bits), hotCold.count(bits) == 1) << bits;
-  }
 }
 
 }  // namespace

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <random>
+#include <set>
 #include <utility>
 #include <vector>
 
+#include "base/face_tables.h"
 #include "embedded/mesh.h"
 
 namespace orvmesh::test {
@@ -34,6 +37,25 @@ class CellGrid {
                                   cell / kCells / kCells + (c >> 2)));
         visit(role, grid);
       }
+    }
+  }
+
+  using Key = std::set<int>;
+
+  // visit(number, key, nodes) for each face of an element: the key is its grid nodes, a triangle's last node
+  // stands twice.
+  template <class Visit>
+  static void eachFace(const std::vector<int>& grid, const std::vector<int>& nodes, Visit visit) {
+    const auto faces = facesOf(static_cast<int>(grid.size()));
+    for (std::size_t f = 0; f < faces.size(); ++f) {
+      Key key;
+      std::array<int, 4> corners{};
+      for (int k = 0; k < 4; ++k) {
+        const auto place = static_cast<std::size_t>(faces[f].nodes[std::min(k, faces[f].nodeCount - 1)]);
+        key.insert(grid[place]);
+        corners[static_cast<std::size_t>(k)] = nodes[place];
+      }
+      visit(static_cast<int>(f), key, corners);
     }
   }
 

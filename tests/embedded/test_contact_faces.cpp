@@ -1,8 +1,7 @@
 #include <algorithm>
+#include <cmath>
 #include <map>
-#include <set>
 
-#include "base/face_tables.h"
 #include "embedded/cell_grid.h"
 
 namespace orvmesh::test {
@@ -60,7 +59,6 @@ class RandomMold : public CellGrid {
   }
 
  private:
-  using Key = std::set<int>;
   struct Element {
     bool isPlastic;
     int number, material;
@@ -82,19 +80,10 @@ class RandomMold : public CellGrid {
 
   template <class Visit>
   void visitFaces(Visit visit) const {
-    for (const Element& e : elements_) {
-      const auto faces = facesOf(static_cast<int>(e.nodes.size()));
-      for (std::size_t f = 0; f < faces.size(); ++f) {
-        Key key;
-        Mesh::Surface surface{{}, e.isPlastic ? 1 : 2, 0, 0, 0, e.number, 0};
-        for (int k = 0; k < 4; ++k) {
-          const auto local = static_cast<std::size_t>(faces[f].nodes[std::min(k, faces[f].nodeCount - 1)]);
-          key.insert(e.grid[local]);
-          surface.nodes[static_cast<std::size_t>(k)] = e.nodes[local];
-        }
-        visit(e, static_cast<int>(f), key, surface);
-      }
-    }
+    for (const Element& e : elements_)
+      eachFace(e.grid, e.nodes, [&](int face, const Key& key, const std::array<int, 4>& nodes) {
+        visit(e, face, key, Mesh::Surface{nodes, e.isPlastic ? 1 : 2, 0, 0, 0, e.number, 0});
+      });
   }
 
   // Half of the faces that no second element of the same list has; some of them on other interfaces.

@@ -1,8 +1,6 @@
 #include <algorithm>
 #include <map>
-#include <set>
 
-#include "base/face_tables.h"
 #include "embedded/cell_grid.h"
 #include "platform/contact_surface.h"
 
@@ -45,26 +43,18 @@ class GridMold : public CellGrid {
 
  private:
   enum Role { kPart, kChannel, kMold };
-  using Key = std::set<int>;
   void add(int role, const std::vector<int>& grid) {
     auto& elements = role == kPart ? mesh.plastic : role == kChannel ? mesh.channel : mesh.mold;
     Mesh::Elem element{{}, 1, 7};
     for (const int g : grid) element.nodes.push_back(nodeOf(g, role));
     elements.push_back(element);
-    for (const LocalFace& face : facesOf(static_cast<int>(grid.size()))) {
-      Key key;
-      std::array<int, 4> nodes{};
-      for (int k = 0; k < 4; ++k) {
-        const auto place = static_cast<std::size_t>(face.nodes[std::min(k, face.nodeCount - 1)]);
-        nodes[static_cast<std::size_t>(k)] = element.nodes[place];
-        key.insert(grid[place]);
-      }
+    eachFace(grid, element.nodes, [&](int, const Key& key, const std::array<int, 4>& nodes) {
       if (role == kMold)
         moldFaces_.emplace_back(key, nodes);
       else
         touched_[role].try_emplace(key,
                                    Answer{role == kPart ? 1 : 3, static_cast<int>(elements.size()), nodes});
-    }
+    });
   }
 
   std::vector<std::pair<Key, std::array<int, 4>>> moldFaces_;

@@ -6,16 +6,11 @@
 #include <locale>
 
 #include "platform/locale.h"
+#include "support/comma_point.h"
 #include "support/temp_dir.h"
 
 namespace orvmesh::test {
 namespace {
-
-struct CommaPoint : std::numpunct<char> {
-  char do_decimal_point() const override { return ','; }
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\3"; }
-};
 
 TEST(TextStream, NumbersPassInTheClassicLocale) {
   const TempDir dir;

@@ -10,26 +10,13 @@ from orvmesh import _orvmesh
 from support import SOURCE
 
 
-def own_members(thing):
-    for name, member in vars(thing).items():
-        if name.startswith("_") and name != "__init__" or name == "__init__" and "__init__" not in vars(thing):
-            continue
-        if isinstance(member, property):
-            yield name, member.fget
-        elif inspect.isfunction(member) or isinstance(member, (classmethod, staticmethod)):
-            yield name, getattr(member, "__func__", member)
-
-
 def documented():
-    for name in orvmesh.__all__:
+    for name in filter(lambda name: callable(getattr(orvmesh, name)), orvmesh.__all__):
         thing = getattr(orvmesh, name)
-        if not inspect.isclass(thing) and not callable(thing):
-            continue
         yield name, thing
-        if inspect.isclass(thing):
-            for member, function in own_members(thing):
-                if not (member == "__init__" and issubclass(thing, tuple)):
-                    yield f"{name}.{member}", function
+        for member, value in vars(thing).items() if inspect.isclass(thing) else ():
+            if not member.startswith("_") and (isinstance(value, (property, classmethod)) or inspect.isfunction(value)):
+                yield f"{name}.{member}", value
 
 
 class Documentation(unittest.TestCase):

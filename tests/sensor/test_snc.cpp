@@ -10,6 +10,7 @@
 #include "sensor/line_reader.h"
 #include "sensor/mesh.h"
 #include "sensor/snc_rewrite.h"
+#include "support/comma_point.h"
 #include "support/files.h"
 
 namespace orvmesh::test {
@@ -40,12 +41,6 @@ std::string replaced(std::string text, const std::string& what, const std::strin
   EXPECT_NE(at, text.npos) << what;
   return at == text.npos ? text : text.replace(at, what.size(), with);
 }
-
-struct CommaPoint : std::numpunct<char> {
-  char do_decimal_point() const override { return ','; }
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\1"; }
-};
 
 // Numbers pass in the classic locale, whatever the process's own: its C++ locale, and its C one where a
 // comma-decimal one is installed.
