@@ -23,7 +23,7 @@ void expectSame(double value) {
 // Bit patterns of all kinds, and numbers of few digits: the middles between two texts are among these.
 TEST(TextNumber, DefaultFormIsThatOfSixSignificantDigits) {
   std::mt19937_64 random(5);
-  for (int i = 0; i < 300000; ++i) {
+  for (int i = 0; i < 100000; ++i) {
     expectSame(std::bit_cast<double>(random()));
     const auto decimal = static_cast<double>(random() % 20000000) / 2;
     const double scale = std::pow(10, static_cast<double>(random() % 12));

@@ -86,6 +86,7 @@ const Case kCases[] = {
     {[](auto& f) { f.block(Block::Nodes).reserved = 1; }, "has a wrong directory: block 200"},
     {[](auto& f) { std::swap(f.block(Block::Nodes).id, f.block(Block::ElementSurfaces).id); }, "nodes has 7 columns (legal: 0 or 1)"},
     {[](auto& f) { f.column(Block::Nodes, 0).type = 'X'; }, "block 200 column 0 has an unknown type 88"},
+    {[](auto& f) { f.column(Block::Nodes, 0).type = 'F' + 256; }, "has an unknown type 326"},
     {[](auto& f) { f.column(Block::Nodes, 0).offset = 0; }, "block 200 column 0 begins at byte 0"},
     {[](auto& f) { f.column(Block::Nodes, 0).count = k2To63 / 2 + 1; }, "values, more than its block of 128 bytes"},
     // The shapes of blocks.
@@ -104,6 +105,7 @@ const Case kCases[] = {
     // The pieces of pools.
     {[](auto& f) { f.template set<std::int64_t>(Block::ElementsMoldBase, 4, 0, 1); }, "elementsMoldBase: offset 0 is 1 (legal: 0)"},
     {[](auto& f) { f.template set<std::int64_t>(Block::ElementsMoldBase, 4, 1, -4); }, "elementsMoldBase: entry 1 reaches from 0 to -4 (legal: 1 to 8 values)"},
+    {[](auto& f) { f.template set<std::int64_t>(Block::ElementsMoldBase, 4, 1, 0); }, "elementsMoldBase: entry 1 reaches from 0 to 0"},
     {[](auto& f) { f.template set<std::int64_t>(Block::ElementsMoldBase, 4, 3, 18); }, "elementsMoldBase: the last offset is 18 (legal: 17)"},
     {[](auto& f) { f.template set<std::int64_t>(Block::SurfaceBoundaryConditions, 2, 1, k2To63 - 1); }, "surfaceBoundaryConditions: entry 1 reaches from 0 to 9223372036854775807"},
     {[](auto& f) { f.column(Block::ElementsPlastic, 0).count = 7; f.template set<int>(Block::ElementsPlastic, 0, 7, 0); }, "elementsPlastic: 7 node numbers for 2 elements without offsets"},

@@ -177,6 +177,8 @@ TEST_F(Cavity, WhatDoesNotFitIsRefusedWhenItIsGiven) {
   const Fault faults[] = {
       {0, "faceNodeCount is 3 (legal: 33 to", [](Caller& c) { c.faceNodes = 3; }},
       {0, "cellCount is 0", [](Caller& c) { c.cavity.resize(1); }},
+      {1, "cavity 2: its number is 10", [](Caller& c) { c.number[2] = 10; }},
+      {2, "cell 2: its cavity is 3", [](Caller& c) { c.cavity[2] = 3; }},
       {3, "point 1: z is inf", [](Caller& c) { c.z[1] = HUGE_VAL; }},
       {4, "the faces have 44 points (legal: 43,", [](Caller& c) { --c.faceNodes; }},
       {4, "face 1: point 2 is 99 (legal: 1 to 12)", [](Caller& c) { c.nodes[2] = 99; }},
