@@ -59,12 +59,18 @@ TEST(DumpRefusals, FilesThatAreNoDumps) {
                          {"1\n[HEADER]\n2004 0\n[", 2004, 0},
                          {"1\n1020\n[HEAD]\n", 1020, 0},
                          {"1\n[HEADER]\n1020 0\n1 2 3\n4 5\n", 1020, 0},
-                         {"1 [HEADER]\n\n+1020 0\r\n\n1 2 3\n4 5\n[", 1020, 1},
+                         {"1 [HEADER]\n\n+1020 0\r\n\n1 2 3\n4 5\n6 7\n[", 1020, 1},
                          {longFirstLine.c_str(), 1, -1}}) {
     writeBytes(path, row.bytes);
     EXPECT_EQ(Dump::getFileVersion(path.c_str()), row.version) << row.bytes;
     Dump dump;
+    dump.m_HEADER_NElemCoolFaceToLineMap = 77;
     EXPECT_EQ(dump.beginReading(path.c_str(), nullptr), row.result) << row.bytes;
+    if (row.result == 1) {  // empty lines do not count, and the version has no values for the last one
+      EXPECT_EQ(std::tuple(dump.m_HEADER_Version, dump.m_HEADER_NElemCoolChannelMap,
+                           dump.m_HEADER_NElemCoolantEndMap, dump.m_HEADER_NElemCoolFaceToLineMap),
+                std::tuple(1020, 3, 5, 77));
+    }
     EXPECT_EQ(*dump.getErrorText() == '\0', row.result == 1) << row.bytes;
     EXPECT_EQ(dump.endReading(), row.result == 1 ? 1 : 0) << row.bytes;
   }

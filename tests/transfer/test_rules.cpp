@@ -193,7 +193,7 @@ TEST(NodeTyping, EveryMeeting) {
       heater({{4, 9, 7, 11}});
   const std::int32_t moldMaterials[] = {5002, 9999, 1};
   const std::int32_t kind = kChannelKindHeater;
-  const std::vector<float> zeros(12 * 3);
+  const std::vector<float> zeros(36);
   MeshModel model;
   model.nodes = {zeros, 1};
   model.elemP = part.table();
