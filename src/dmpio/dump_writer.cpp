@@ -64,7 +64,8 @@ void DumpWriter::fillSkipped(long before) {
 
 bool DumpWriter::start(Block block, Header header) {
   const BlockRow& row = kBlockRows[block];
-  if ((written_ & (row.refusedAfter | setOf(block))) != 0) return false;
+  // Once, and not behind a later block: that one has filled it in.
+  if ((written_ & setOf(block)) != 0) return false;
   if (!isText()) blocks_.finishBlock(current_);
   fillSkipped(row.id);
   written_ |= setOf(block);

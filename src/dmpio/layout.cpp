@@ -3,9 +3,6 @@
 namespace orvmesh::dmpio {
 namespace {
 
-constexpr BlockSet kOwn = 0;  // a block is refused after itself in any case
-constexpr BlockSet kSensorOn = setOf(kSensorMap) | setOf(kSurfaceMap) | setOf(kSurface103104Map);
-
 // Required oddities that look like slips: the headings of the face-to-line map and of the surface maps differ
 // between the columns, the cool channel map of the block form is counted by the face-to-line value and shuts
 // that map out, the surface maps are counted by it, too, and two write operations refuse with 0, the place of
@@ -14,34 +11,34 @@ constexpr std::array<BlockRow, kBlocks> kRows{{
     // clang-format off
   {20000, Shape::Pair,   kNodeCount,        kNodeCount,
    "[NODE MAP]\n", "[NODE MAP]\n", "[NODE MAP]",
-   kOwn, 0, 0, "nodeMap"},
+   0, 0, "nodeMap"},
   {30000, Shape::One,    kPlasticCount,     kPlasticCount,
    "[ELEMENT PLASTIC MAP]\n", "[ELEMENT PLASTIC MAP]\n", "[ELEMENT PLASTIC MAP]",
-   kOwn, 0, -1, "elementPlasticMap"},
+   0, -1, "elementPlasticMap"},
   {40000, Shape::One,    kMoldBaseCount,    kMoldBaseCount,
    "[ELEMENT MOLDBASE MAP]\n", "[ELEMENT MOLDBASE MAP]\n", "[ELEMENT MOLDBASE MAP]",
-   kOwn, 0, -1, "elementMoldBaseMap"},
+   0, -1, "elementMoldBaseMap"},
   {50000, Shape::One,    kCoolChannelCount, kFaceToLineCount,
    "[ELEMENT COOL CHANNEL MAP]\n", "[ELEMENT COOL CHANNEL MAP]\n", "[ELEMENT COOL CHANNEL MAP]",
-   kOwn, setOf(kFaceToLineMap), -1, "elementCoolChannelMap"},
+   setOf(kFaceToLineMap), -1, "elementCoolChannelMap"},
   {60000, Shape::Pair,   kCoolantEndCount,  kCoolantEndCount,
    "[ELEMENT COOLANT END MAP]\n", "[ELEMENT COOLANT END MAP]\n", "[ELEMENT COOLANT END MAP]",
-   kOwn, 0, 0, "elementCoolantEndMap"},
+   0, 0, "elementCoolantEndMap"},
   {61000, Shape::One,    kFaceToLineCount,  kFaceToLineCount,
    "[ELEMENT COOL FACE TO LINE]\n", "[ELEMENT COOL FACE TO LINE MAP]\n", "[ELEMENT COOL FACE TO LINE MAP]",
-   kSensorOn, 0, -1, "elementCoolFaceToLineMap"},  // the line-to-face map has filled it in by then
+   0, -1, "elementCoolFaceToLineMap"},
   {62000, Shape::Groups, kLineToFaceCount,  kLineToFaceCount,
    "[ELEMENT COOL LINE TO FACE MAP]\n", "[ELEMENT COOL LINE TO FACE MAP]\n", "[ELEMENT COOL LINE TO FACE MAP]",
-   kOwn, 0, -1, "elementCoolLineToFaceMap"},
+   0, -1, "elementCoolLineToFaceMap"},
   {63000, Shape::One,    kSensorCount,      kSensorCount,
    "[SENSOR MAP]\n", "[SENSOR MAP]\n", "[SENSOR MAP]",
-   kSensorOn, 0, -1, "sensorMap"},
+   0, -1, "sensorMap"},
   {64000, Shape::One,    kFaceToLineCount,  kFaceToLineCount,
    "[ELEMENT SURFACE MAP]\n", "[ELEMENT SURFACE MAP]]\n", "[ELEMENT SURFACE MAP]",
-   setOf(kSurface103104Map), 0, -1, "elementSurfaceMap"},
+   0, -1, "elementSurfaceMap"},
   {64100, Shape::One,    kFaceToLineCount,  kFaceToLineCount,
    "[ELEMENT SURFACE 103104 MAP]\n", "[ELEMENT SURFACE 103104 MAP]]\n", "[ELEMENT SURFACE 103104 MAP]",
-   kOwn, 0, -1, "elementSurface103104Map"},
+   0, -1, "elementSurface103104Map"},
     // clang-format on
 }};
 

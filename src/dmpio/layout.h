@@ -121,7 +121,6 @@ struct BlockRow {
   std::string_view written;       // heading when an entry is written
   std::string_view filledIn;      // heading of a block that was skipped
   std::string_view searched;      // what the reader looks for
-  BlockSet refusedAfter;          // cannot be started once one of these is written
   BlockSet alsoMarksInBlockForm;  // counts as written, too, once this one is started
   int refusal;                    // what the write operation returns for a refused entry
   const char* name;               // for people and as a JSON key

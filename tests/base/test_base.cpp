@@ -1,14 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <limits>
 #include <map>
-#include <set>
-#include <sstream>
+#include <vector>
 
 #include "base/face_tables.h"
-#include "base/face_tag.h"
-#include "base/text_number.h"
 
 using namespace orvmesh;
 
@@ -46,40 +42,6 @@ TEST(FaceTables, CloseTheElementAndLookOutwards) {
     }
   }
   for (const int other : {-1, 0, 1, 2, 3, 7, 9}) EXPECT_TRUE(facesOf(other).empty());
-}
-
-TEST(FaceTag, GroupsAndFlags) {
-  EXPECT_EQ(tagGroup(0xABCDEF12), 0xBCDEF);
-  EXPECT_EQ(withGroup(0xABCDEF12, 5), 0xA0000512U);
-  EXPECT_EQ(withGroup(0x00000006, -1), 0x0FFFFF06U);
-  EXPECT_EQ(coolantTag(0x1FFFFF), 0x8FFFFF00U);
-  // Gate kinds over all eight settings of the flag bits.
-  const std::set<std::uint32_t> common{3, 5, 7}, hotCold{6};
-  for (std::uint32_t bits = 0; bits < 8; ++bits) {
-    EXPECT_EQ(isCommonGateTag(bits | 0xFFFFFFF8), common.count(bits) == 1) << bits;
-    EXPECT_EQ(isHotColdGateTag(bits), hotCold.count(bits) == 1) << bits;
-  }
-}
-
-TEST(TextNumber, DefaultFormIsThatOfAClassicStream) {
-  std::ostringstream stream;
-  stream.imbue(std::locale::classic());
-  for (const double value :
-       {0.0, -0.0, 1.0, 2.5, 0.1, 1e5, 1e6, 123456.0, 1234567.0, 1e-4, 1e-5, 0.00012345678, -1.0 / 3, 1e100,
-        5e-324, 999999.5, 99999.95, std::numeric_limits<double>::infinity()}) {
-    std::string text;
-    appendDefault(text, value);
-    stream.str("");
-    stream << value;
-    EXPECT_EQ(text, stream.str());
-  }
-}
-
-TEST(TextNumber, OnlyAWholeFittingNumberIsOne) {
-  EXPECT_EQ(parseNumber<int>("-17"), -17);
-  for (const char* bad : {"", " 1", "1 ", "1x", "2147483648", "+1", "1.0"})
-    EXPECT_FALSE(parseNumber<int>(bad)) << bad;
-  EXPECT_EQ(parseNumber<double>("1e3"), 1000);
 }
 
 }  // namespace

@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -48,34 +45,11 @@ inline double squareDistance(const double (&a)[3], const double (&b)[3]) {
   return sum;
 }
 
-inline std::string bytesOf(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 // What the job prints on standard output.
 inline std::string printedBy(const std::function<void()>& job) {
   testing::internal::CaptureStdout();
   job();
   return testing::internal::GetCapturedStdout();
-}
-
-// Calls use(path) for the file with every (or every step-th) byte changed, and cut at many lengths.
-inline void eachDamage(const std::string& path, const std::function<void(const std::string&)>& use,
-                       std::size_t step = 1) {
-  const std::string bytes = bytesOf(path), damaged = path + ".damaged";
-  std::ofstream(damaged, std::ios::binary) << bytes;
-  for (std::size_t i = 0; i < bytes.size(); i += step) {
-    const auto put = [&](char byte) {
-      std::fstream file(damaged, std::ios::binary | std::ios::in | std::ios::out);
-      file.seekp(static_cast<std::streamoff>(i)).put(byte);
-    };
-    put(static_cast<char>(bytes[i] ^ 0x55));
-    use(damaged);
-    put(bytes[i]);
-  }
-  for (std::size_t size = bytes.size(); size > 7 * step; use(damaged))
-    std::filesystem::resize_file(damaged, size -= 7 * step);
 }
 
 }  // namespace orvmesh::test

@@ -182,27 +182,5 @@ TEST(ChannelSurface, HostileCountsAndNodesStayWithinTheFile) {
   }
 }
 
-TEST(ChannelSurface, DamageIsSeen) {
-  const TempDir dir;
-  const std::string path = writeMesh(dir / "a.ofe", writeChannels);
-  Surface right;
-  printedBy([&] { right.SetOFEFile(path.c_str()); });
-  const auto rows = Read(right).rows;
-  int refused = 0, read = 0;
-  printedBy([&] {
-    eachDamage(path, [&](const std::string& damaged) {
-      Surface surface;
-      if (surface.SetOFEFile(damaged.c_str()) != 1) {
-        ++refused;
-        EXPECT_EQ(Read(surface).faces, 0);
-      } else {
-        ++read;  // of a block that is not looked at
-        EXPECT_EQ(Read(surface).rows, rows);
-      }
-    });
-  });
-  EXPECT_GT(refused, 100 * read);
-}
-
 }  // namespace
 }  // namespace orvmesh::test

@@ -141,21 +141,15 @@ TEST(ChannelGroups, SurfacesWithoutAnInsideHaveNoVolume) {
     for (int n = 0; n < 6; ++n)
       file.writeNodeBlockEntry(static_cast<float>(n & 1), static_cast<float>(n >> 1),
                                static_cast<float>(n * n % 5));
+    const auto writeTriangles = [&](const std::vector<int>& corners, int group) {
+      for (std::size_t k = 0; k < corners.size(); k += 3)
+        writeFace(file, {corners[k], corners[k + 1], corners[k + 2], corners[k + 2]}, 3, 1, 0, group);
+    };
     // The projective plane on six nodes: every edge has two faces, no way round is right.
-    for (const auto& face : {std::vector{1, 2, 3},
-                             {1, 3, 4},
-                             {1, 4, 5},
-                             {1, 5, 6},
-                             {1, 6, 2},
-                             {2, 3, 5},
-                             {3, 4, 6},
-                             {4, 5, 2},
-                             {5, 6, 3},
-                             {6, 2, 4}})
-      writeFace(file, {face[0], face[1], face[2], face[2]}, 3, 1, 0, 1);
+    writeTriangles({1, 2, 3, 1, 3, 4, 1, 4, 5, 1, 5, 6, 1, 6, 2, 2, 3, 5, 3, 4, 6, 4, 5, 2, 5, 6, 3, 6, 2, 4},
+                   1);
     // A tetrahedron with a wall inside, in group 2.
-    for (const auto& face : {std::vector{1, 2, 3}, {1, 2, 4}, {1, 3, 4}, {2, 3, 4}, {1, 2, 5}})
-      writeFace(file, {face[0], face[1], face[2], face[2]}, 3, 1, 0, 2);
+    writeTriangles({1, 2, 3, 1, 2, 4, 1, 3, 4, 2, 3, 4, 1, 2, 5}, 2);
   });
   const auto groups = groupsOf(path);
   ASSERT_EQ(groups.size(), 2U);

@@ -149,26 +149,6 @@ TEST(SurfaceNodeMap, MarksDoNotDependOnTheOrderAndMissingMoldIsTold) {
   EXPECT_EQ(map.GetCCSurfNodeNumber(), 1);
 }
 
-TEST(SurfaceNodeMap, DamageIsSeen) {
-  const TempDir dir;
-  const Cloud cloud(dir / "a.ofe", 160);
-  NodeMap right;
-  right.SetOFEFile((dir / "a.ofe").c_str());
-  int read = 0, refused = 0;
-  printedBy([&] {
-    eachDamage(
-        dir / "a.ofe",
-        [&](const std::string& damaged) {
-          NodeMap map;
-          const bool isRead = map.SetOFEFile(damaged.c_str()) == 1;
-          ++(isRead ? read : refused);
-          EXPECT_EQ(map.GetCCSurfNodeNumber(), isRead ? right.GetCCSurfNodeNumber() : 0);
-        },
-        5);
-  });
-  EXPECT_GT(refused, read);
-}
-
 struct Points {
   std::vector<double> x{-1}, y{-1}, z{-1}, value{-1};
   explicit Points(int count, unsigned seed) {

@@ -1,4 +1,5 @@
 """What the tests of the command share."""
+import json
 import os
 import resource
 import signal
@@ -41,6 +42,21 @@ def read(path):
         return file.read()
 
 
+def grid_of(path):
+    """The grid of a .vtu file as VTK reads it, with the sizes of its cells."""
+    from vtkmodules.numpy_interface.dataset_adapter import WrapDataObject
+    from vtkmodules.vtkFiltersVerdict import vtkCellSizeFilter
+    from vtkmodules.vtkIOXML import vtkXMLUnstructuredGridReader
+    reader = vtkXMLUnstructuredGridReader()
+    reader.SetFileName(path)
+    sizes = vtkCellSizeFilter()
+    sizes.SetInputConnection(reader.GetOutputPort())
+    sizes.Update()
+    if reader.GetErrorCode():
+        sys.exit(f"{path}: VTK cannot read it")
+    return WrapDataObject(sizes.GetOutput())
+
+
 class FolderTest(unittest.TestCase):
     """Tests that run in an empty folder of their own."""
 
@@ -50,6 +66,16 @@ class FolderTest(unittest.TestCase):
         previous = os.getcwd()
         os.chdir(folder.name)
         self.addCleanup(os.chdir, previous)
+
+    def write(self, path, text):
+        with open(path, "w", newline="") as file:
+            file.write(text)
+
+    def load(self, mesh, path):
+        """Makes an OFE file of a mesh in its JSON form."""
+        self.write("mesh.json", json.dumps(mesh))
+        done("load", "mesh.json", path)
+        os.remove("mesh.json")
 
     def contents(self):
         return {path: read(path) if os.path.isfile(path) else None for path in os.listdir(".")}

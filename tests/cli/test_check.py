@@ -8,7 +8,6 @@ import unittest
 from support import MOLD, ORVMESH, SOURCE, VARIANTS, orvmesh as run
 
 
-
 class Check(unittest.TestCase):
     @classmethod
     def setUpClass(cls):

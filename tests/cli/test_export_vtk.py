@@ -1,118 +1,17 @@
 """VTK opens what `orvmesh export` writes, and finds in it what `orvmesh dump` prints of the same file."""
 import json
-import os
-import sys
-import tempfile
+import unittest
 
 import numpy as np
-from vtk import vtkCellSizeFilter, vtkXMLUnstructuredGridReader
-from vtk.util.numpy_support import vtk_to_numpy
+from numpy.testing import assert_allclose, assert_array_equal
+from vtkmodules.util.numpy_support import vtk_to_numpy
 
-from support import SOURCE, done as run
+from support import EXAMPLE, FolderTest, done, grid_of
 
 BLOCKS = ("elementsPlastic", "elementsMoldBase", "elementsCoolChannel")
 VTK_TYPES = {4: 10, 5: 14, 6: 13, 8: 12}
 TETRAHEDRA = {4: [(0, 1, 2, 3)], 5: [(0, 1, 2, 4), (0, 2, 3, 4)], 6: [(0, 1, 2, 5), (0, 1, 5, 4), (0, 4, 5, 3)],
               8: [(0, 1, 2, 6), (0, 2, 3, 6), (0, 3, 7, 6), (0, 7, 4, 6), (0, 4, 5, 6), (0, 5, 1, 6)]}
-
-
-def same(what, found, expected):
-    found, expected = np.asarray(found), np.asarray(expected)
-    if found.shape != expected.shape or not np.array_equal(found, expected):
-        sys.exit(f"{what}: {found} instead of {expected}")
-
-
-def close(what, found, expected):
-    if not np.allclose(found, expected, rtol=1e-4, atol=1e-12):
-        sys.exit(f"{what}: {found} instead of {expected}")
-
-
-def open_grid(path):
-    reader = vtkXMLUnstructuredGridReader()
-    errors = []
-    reader.AddObserver("ErrorEvent", lambda *_: errors.append(path))
-    reader.SetFileName(path)
-    reader.Update()
-    if errors or reader.GetErrorCode():
-        sys.exit(f"{path}: VTK cannot read it")
-    return reader.GetOutput()
-
-
-def cell_array(grid, name):
-    array = grid.GetCellData().GetArray(name)
-    if array is None:
-        sys.exit(f"no cell array {name}")
-    return vtk_to_numpy(array)
-
-
-def cell_points(grid, cell):
-    ids = grid.GetCell(cell).GetPointIds()
-    return [ids.GetId(i) for i in range(ids.GetNumberOfIds())]
-
-
-def volume(points):
-    total = 0.0
-    for a, b, c, d in TETRAHEDRA[len(points)]:
-        total += np.dot(np.cross(points[b] - points[a], points[c] - points[a]), points[d] - points[a]) / 6
-    return total
-
-
-def check_volumes(grid, mesh, points):
-    elements = [(c + 1, i + 1, e) for c, block in enumerate(BLOCKS) for i, e in enumerate(mesh[block])]
-    same("cells", grid.GetNumberOfCells(), len(elements))
-    close("points", vtk_to_numpy(grid.GetPoints().GetData()), points)
-    bad = {(c + 1, entry[0]) for c, block in enumerate(BLOCKS) for entry in mesh[block.replace("elem", "badElem")]}
-    same("component", cell_array(grid, "component"), [c for c, _, _ in elements])
-    same("element", cell_array(grid, "element"), [i for _, i, _ in elements])
-    same("material", cell_array(grid, "material"), [e["a"] for _, _, e in elements])
-    same("group", cell_array(grid, "group"), [e["b"] for _, _, e in elements])
-    same("bad", cell_array(grid, "bad"), [int((c, i) in bad) for c, i, _ in elements])
-    same("types", vtk_to_numpy(grid.GetCellTypesArray()), [VTK_TYPES[len(e["nodes"])] for _, _, e in elements])
-    for cell in range(0, len(elements), max(1, len(elements) // 500)):
-        same(f"nodes of cell {cell}", sorted(cell_points(grid, cell)), sorted(n - 1 for n in elements[cell][2]["nodes"]))
-
-    sizes = vtkCellSizeFilter()
-    sizes.SetInputData(grid)
-    sizes.Update()
-    found = cell_array(sizes.GetOutput(), "Volume")
-    if found.min() <= 0:
-        sys.exit(f"cell {found.argmin()} has the volume {found.min()} in VTK")
-    expected = np.array([volume(points[np.array(e["nodes"]) - 1]) for _, _, e in elements])
-    close("volume of each cell", found / expected, 1)
-    for component in (1, 2, 3):
-        chosen = cell_array(grid, "component") == component
-        close(f"volume of component {component}", found[chosen].sum(), expected[chosen].sum())
-
-
-def check_surfaces(grid, mesh, points):
-    surfaces = mesh["elementSurfaces"]
-    same("surface cells", grid.GetNumberOfCells(), len(surfaces))
-    keys = ("ownerCode", "contactCode", "boundaryType", "elementNo", "tag")
-    for name, key in [("interface", "interfaceId")] + [(key, key) for key in keys]:
-        same(name, cell_array(grid, name), [s[key] for s in surfaces])
-    same("tag group", cell_array(grid, "group"), [s["tag"] >> 8 & 0xFFFFF for s in surfaces])
-    same("surface", cell_array(grid, "surface"), range(1, len(surfaces) + 1))
-    corners = [s["nodes"][:3 if s["nodes"][3] in (0, s["nodes"][2]) else 4] for s in surfaces]
-    same("surface types", vtk_to_numpy(grid.GetCellTypesArray()), [{3: 5, 4: 9}[len(c)] for c in corners])
-    nodes = vtk_to_numpy(grid.GetPointData().GetArray("node"))
-    same("used nodes", nodes, sorted({n for c in corners for n in c}))
-    close("surface points", vtk_to_numpy(grid.GetPoints().GetData()), points[nodes - 1])
-    for cell in range(0, len(surfaces), max(1, len(surfaces) // 500)):
-        same(f"nodes of surface {cell}", nodes[cell_points(grid, cell)], corners[cell])
-
-
-def check(ofe, folder):
-    vtu = os.path.join(folder, "out.vtu")
-    run("export", ofe, vtu)
-    mesh = json.loads(run("dump", ofe))
-    factor = mesh["header"]["fields"].get("29", 0) or 1
-    points = np.array(mesh["nodes"], dtype=float).reshape(-1, 3) * factor
-    check_volumes(open_grid(vtu), mesh, points)
-    check_surfaces(open_grid(os.path.join(folder, "out_surfaces.vtu")), mesh, points)
-    print(f"{ofe}: {len(mesh['nodes'])} nodes, {sum(len(mesh[b]) for b in BLOCKS)} elements,"
-          f" {len(mesh['elementSurfaces'])} surfaces agree")
-
-
 CUBE = [[0, 0, 0], [2, 0, 0], [2, 3, 0], [0, 3, 0], [0, 0, 4], [2, 0, 4], [2, 3, 4], [0, 3, 4], [1, 1, 7], [5, 1, 1]]
 
 
@@ -128,18 +27,79 @@ def mesh_of(factor, kinds):
             **{block: elements for block in BLOCKS}}
 
 
-with tempfile.TemporaryDirectory() as folder:
-    ofe = os.path.join(folder, "mesh.ofe")
-    for factor, kinds in [(0.25, (4, 5, 6, 8)), (1, (8, 6, 4, 5)), (0, (6, 6)), (1, (8,)), (0.001, (4, 4))]:
-        text = os.path.join(folder, "mesh.json")
-        with open(text, "w", encoding="utf-8") as file:
-            json.dump(mesh_of(factor, kinds), file)
-        run("load", text, ofe)
-        check(ofe, folder)
-    with open(text, "w", encoding="utf-8") as file:
-        json.dump({"nodes": []}, file)
-    run("load", text, ofe)
-    run("export", ofe, os.path.join(folder, "empty.vtu"))
-    same("points of an empty file", open_grid(os.path.join(folder, "empty.vtu")).GetNumberOfPoints(), 0)
-    run("import", f"{SOURCE}/examples/mold/mold.msh", ofe)
-    check(ofe, folder)
+def volume(points):
+    total = 0.0
+    for a, b, c, d in TETRAHEDRA[len(points)]:
+        total += np.dot(np.cross(points[b] - points[a], points[c] - points[a]), points[d] - points[a]) / 6
+    return total
+
+
+def cell_points(grid, cell):
+    ids = grid.VTKObject.GetCell(cell).GetPointIds()
+    return [ids.GetId(i) for i in range(ids.GetNumberOfIds())]
+
+
+def types_of(grid):
+    return vtk_to_numpy(grid.VTKObject.GetCellTypesArray())
+
+
+def some_of(entries):
+    return range(0, len(entries), max(1, len(entries) // 500))
+
+
+class Export(FolderTest):
+    def check_volumes(self, grid, mesh, points):
+        elements = [(c + 1, i + 1, e) for c, block in enumerate(BLOCKS) for i, e in enumerate(mesh[block])]
+        assert_allclose(grid.Points, points, rtol=1e-4, atol=1e-12)
+        bad = {(c + 1, entry[0]) for c, block in enumerate(BLOCKS) for entry in mesh[block.replace("elem", "badElem")]}
+        for name, values in {"component": [c for c, _, _ in elements], "element": [i for _, i, _ in elements],
+                             "material": [e["a"] for _, _, e in elements], "group": [e["b"] for _, _, e in elements],
+                             "bad": [int((c, i) in bad) for c, i, _ in elements]}.items():
+            assert_array_equal(grid.CellData[name], values, name)
+        assert_array_equal(types_of(grid), [VTK_TYPES[len(e["nodes"])] for _, _, e in elements])
+        for cell in some_of(elements):
+            self.assertEqual(sorted(cell_points(grid, cell)), sorted(n - 1 for n in elements[cell][2]["nodes"]), cell)
+        found = np.asarray(grid.CellData["Volume"])
+        self.assertGreater(found.min(), 0)
+        assert_allclose(found, [volume(points[np.array(e["nodes"]) - 1]) for _, _, e in elements], rtol=1e-4)
+
+    def check_surfaces(self, grid, mesh, points):
+        surfaces = mesh["elementSurfaces"]
+        for name in ("interface", "ownerCode", "contactCode", "boundaryType", "elementNo", "tag"):
+            key = "interfaceId" if name == "interface" else name
+            assert_array_equal(grid.CellData[name], [s[key] for s in surfaces], name)
+        assert_array_equal(grid.CellData["group"], [s["tag"] >> 8 & 0xFFFFF for s in surfaces])
+        assert_array_equal(grid.CellData["surface"], range(1, len(surfaces) + 1))
+        corners = [s["nodes"][:3 if s["nodes"][3] in (0, s["nodes"][2]) else 4] for s in surfaces]
+        assert_array_equal(types_of(grid), [{3: 5, 4: 9}[len(c)] for c in corners])
+        nodes = np.asarray(grid.PointData["node"])
+        assert_array_equal(nodes, sorted({n for c in corners for n in c}))
+        assert_allclose(grid.Points, points[nodes - 1], rtol=1e-4, atol=1e-12)
+        for cell in some_of(surfaces):
+            self.assertEqual(nodes[cell_points(grid, cell)].tolist(), corners[cell], cell)
+
+    def check(self, ofe):
+        done("export", ofe, "out.vtu")
+        mesh = json.loads(done("dump", ofe))
+        factor = mesh["header"]["fields"].get("29", 0) or 1
+        points = np.array(mesh["nodes"], dtype=float).reshape(-1, 3) * factor
+        self.check_volumes(grid_of("out.vtu"), mesh, points)
+        self.check_surfaces(grid_of("out_surfaces.vtu"), mesh, points)
+
+    def test_every_kind_of_element(self):
+        for factor, kinds in [(0.25, (4, 5, 6, 8)), (1, (8, 6, 4, 5)), (0, (6, 6)), (1, (8,)), (0.001, (4, 4))]:
+            self.load(mesh_of(factor, kinds), "mesh.ofe")
+            self.check("mesh.ofe")
+
+    def test_nothing(self):
+        self.load({"nodes": []}, "empty.ofe")
+        done("export", "empty.ofe", "empty.vtu")
+        self.assertEqual(grid_of("empty.vtu").GetNumberOfPoints(), 0)
+
+    def test_the_example_mold(self):
+        done("import", EXAMPLE, "mold.ofe")
+        self.check("mold.ofe")
+
+
+if __name__ == "__main__":
+    unittest.main()

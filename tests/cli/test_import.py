@@ -1,12 +1,10 @@
 """orvmesh import from outside: report, exit codes, error lines, what becomes of the target."""
 import json
 import os
-import subprocess
 import sys
-import tempfile
 import unittest
 
-ORVMESH, SOURCE = os.environ["ORVMESH"], os.environ["ORVMESH_SOURCE"]
+from support import MOLD, FolderTest, done as finished, orvmesh, read
 
 # Two unit cubes side by side along x, part and steel.
 NODES = [(x, y, z) for z in (0, 1) for y in (0, 1) for x in (0, 1, 2)]
@@ -36,35 +34,19 @@ def mesh_text(part="part"):
 
 
 def run(*words):
-    return subprocess.run((ORVMESH, "import", *words), stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    return orvmesh("import", *words)
 
 
-class Import(unittest.TestCase):
+class Import(FolderTest):
+    mesh, target = "mold.msh", "mold.ofe"
+
     def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
-        self.addCleanup(self.folder.cleanup)
-        self.mesh, self.target = self.path("mold.msh"), self.path("mold.ofe")
+        super().setUp()
         self.write(self.mesh, mesh_text())
-
-    def path(self, name):
-        return os.path.join(self.folder.name, name)
-
-    def write(self, path, text):
-        with open(path, "w") as file:
-            file.write(text)
-
-    def refused(self, expected, *words):
-        """One line on standard error, exit code 1, the old target left as it was and nothing beside it."""
         self.write(self.target, "old")
-        before = sorted(os.listdir(self.folder.name))
-        done = run(*(words or (self.mesh, self.target)))
-        self.assertEqual(1, done.returncode, done.stderr)
-        self.assertEqual("", done.stdout)
-        self.assertRegex(done.stderr, "\\Aorvmesh: [^\n]*\n\\Z")
-        self.assertIn(expected, done.stderr)
-        with open(self.target) as file:
-            self.assertEqual("old", file.read())
-        self.assertEqual(before, sorted(os.listdir(self.folder.name)))
+
+    def stays(self, expected, mesh="mold.msh", target="mold.ofe", *options):
+        self.refused("import", mesh, target, *options, names=["orvmesh: ", expected])
 
     def test_report_is_text_json_or_nothing(self):
         text = run(self.mesh, self.target)
@@ -77,49 +59,25 @@ class Import(unittest.TestCase):
         quiet = run(self.mesh, self.target, "--quiet")
         self.assertEqual((0, "", ""), (quiet.returncode, quiet.stdout, quiet.stderr))
 
-    def test_help_has_an_example(self):
-        done = run("--help")
-        self.assertEqual(0, done.returncode)
-        self.assertIn("Example: orvmesh import", done.stdout)
-
-    def test_wrong_usage(self):
-        for words in ((), (self.mesh,), (self.mesh, self.target, "--scale", "0"), (self.mesh, self.target, "--marge"),
-                      (self.mesh, self.target, "--merge", "-1"), (self.mesh, self.target, "--json", "--quiet")):
-            self.assertEqual(2, run(*words).returncode, words)
-
     def test_refusals(self):
         self.write(self.mesh, mesh_text("prat"))
-        self.refused("mold.msh: volume group 'prat': no known role; the nearest is part or part:MATERIAL")
+        self.stays("mold.msh: volume group 'prat': no known role; the nearest is part or part:MATERIAL")
         self.write(self.mesh, mesh_text()[:-30])
-        self.refused("the file ends inside $Elements")
-        self.refused("No such file or directory", self.path("none.msh"), self.target)
-        self.refused("is a directory", self.folder.name, self.target)
+        self.stays("the file ends inside $Elements")
+        self.stays("No such file or directory", "none.msh")
+        self.stays("is a directory", ".")
         self.write(self.mesh, mesh_text())
-        self.refused("roles.json", self.mesh, self.target, "--roles", self.path("roles.json"))
-        self.refused("name another target", self.mesh, self.mesh)
-        self.refused("nowhere/mold.ofe", self.mesh, self.path("nowhere/mold.ofe"))
-
-    def test_full_disk(self):
-        if not os.path.exists("/dev/full"):
-            self.skipTest("no /dev/full")
-        self.refused("/dev/full", self.mesh, "/dev/full")
-
-    def test_same_mesh_gives_the_same_file(self):
-        files = []
-        for _ in range(2):
-            run(self.mesh, self.target)
-            with open(self.target, "rb") as file:
-                files.append(file.read())
-        self.assertEqual(files[0], files[1])
+        self.stays("roles.json", self.mesh, self.target, "--roles", "roles.json")
+        self.stays("name another target", self.mesh, self.mesh)
+        for target in ("nowhere/mold.ofe", "/dev/full"):
+            self.stays(target, self.mesh, target)
 
     def test_the_example_fills_every_block(self):
-        mold = os.path.join(SOURCE, "examples", "mold")
-        with open(os.path.join(mold, "roles.json")) as file:
-            roles = json.load(file)
-        self.write(self.path("roles.json"), json.dumps({**roles, "badQuality": 0.15}))
-        done = run(os.path.join(mold, "mold.msh"), self.target, "--roles", self.path("roles.json"))
+        roles = json.loads(read(os.path.join(MOLD, "roles.json")))
+        self.write("roles.json", json.dumps({**roles, "badQuality": 0.15}))
+        done = run(os.path.join(MOLD, "mold.msh"), self.target, "--roles", "roles.json")
         self.assertEqual((0, ""), (done.returncode, done.stderr))
-        dump = json.loads(subprocess.run((ORVMESH, "dump", self.target), stdout=subprocess.PIPE, check=True).stdout)
+        dump = json.loads(finished("dump", self.target))
         self.assertEqual([], [name for name, entries in dump.items() if entries in ([], {})])
         self.assertEqual({1, 2, 3, 4, 5, 6}, {sensor["type"] for sensor in dump["sensors"]})
         inserts = {n for e in dump["elementsMoldBase"] if e["a"] > 5000 for n in e["nodes"]}

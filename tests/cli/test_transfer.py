@@ -1,12 +1,11 @@
 """`orvmesh transfer` and `orvmesh variants` from outside: results, refusals, and what they leave behind."""
-import json
 import os
-import tempfile
 import unittest
 
-from support import FolderTest, SOURCE, VARIANTS, orvmesh as run, small_files
+from support import EXAMPLE, FolderTest, SOURCE, VARIANTS, done, orvmesh as run, small_files
 
-SUBCOMMANDS = ["import", "info", "check", "dump", "load", "export", "transfer", "ctg", "dmp", "sensors", "snc", "variants"]
+COMMANDS = ("import", "info", "check", "dump", "load", "export", "transfer", "ctg", "ofv", "dmp info", "dmp dump",
+            "dmp convert", "sensors list", "sensors map", "snc", "variants", "channels", "map nodes", "map result", "heat")
 MESH = {"format": "ofe-json", "version": 1, "header": {"fields": {"0": 14001}},
         "nodes": [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1], [1, 1, 1]],
         "elementsPlastic": [{"nodes": [1, 2, 3, 4], "a": 1, "b": 201, "value": 0}],
@@ -18,14 +17,7 @@ class Transfer(FolderTest):
     def setUp(self):
         super().setUp()
         self.load(MESH, "mold.ofe")
-        with open("target.ofe", "w") as target:
-            target.write("old")
-
-    def load(self, mesh, path):
-        with open("mesh.json", "w") as text:
-            json.dump(mesh, text)
-        self.assertEqual(run("load", "mesh.json", path).returncode, 0)
-        os.remove("mesh.json")
+        self.write("target.ofe", "old")
 
     def test_every_variant_writes_a_file_that_opens(self):
         for variant in VARIANTS:
@@ -68,9 +60,13 @@ class Transfer(FolderTest):
             self.refused(*words, names=["name another target"])
 
     def test_a_full_disk(self):
-        for variant in VARIANTS:
-            self.refused("transfer", variant, "mold.ofe", "target.ofe", names=["target.ofe: ", "File too large"],
-                         preexec_fn=small_files())
+        done("ctg", "mold.ofe", "mold.ctg")
+        done("ofv", "mold.ctg", "mold.ofv")
+        jobs = [("transfer", variant, "mold.ofe", "target.ofe") for variant in VARIANTS]
+        jobs += [("ctg", "mold.ofe", "target.ofe"), ("ofv", "mold.ctg", "target.ofe"), ("import", EXAMPLE, "target.ofe"),
+                 ("export", "mold.ofv", "new.vtu")]
+        for words in jobs:
+            self.refused(*words, names=[f"{words[-1]}: ", "File too large"], preexec_fn=small_files())
 
     def test_nothing_to_do_and_versions(self):
         fields = MESH["header"]["fields"]
@@ -87,10 +83,15 @@ class Transfer(FolderTest):
     def test_usage(self):
         self.assertEqual(run("--version").stdout.split()[0], "orvmesh")
         self.assertIn("Example", run("--help").stdout)
-        for name in SUBCOMMANDS:
-            self.assertIn("Example", run(name, "--help").stdout, name)
-        for wrong in [[], ["nothing"], ["transfer"], ["transfer", "all", "a", "b"], ["transfer", "moldbase", "a"]]:
-            self.assertEqual(run(*wrong).returncode, 2, wrong)
+        for name in COMMANDS:
+            self.assertRegex(run(*name.split(), "--help").stdout, f"Examples?: orvmesh {name}")
+            if name != "variants":
+                self.assertEqual(run(*name.split()).returncode, 2, name)
+        for wrong in ("", "nothing", "dmp", "sensors", "map", "transfer all a b", "transfer moldbase a", "ctg mold.ofe",
+                      "ctg a b c", "dmp convert a", "export mold.ofe out.vtk", "info mold.ofe --nothing", "import a",
+                      "import a b --scale 0", "import a b --marge", "import a b --merge -1", "import a b --json --quiet",
+                      "channels mold.ofe -o c.txt", "map result mold.ofe p.txt", "ofv a b --only-channels"):
+            self.assertEqual(run(*wrong.split()).returncode, 2, wrong)
 
     def test_printed_rules_are_the_committed_ones(self):
         with open(os.path.join(SOURCE, "docs", "variants.md")) as committed:

@@ -4,27 +4,17 @@
 #include <orvmesh/dmpio_manipulator.h>
 
 #include <array>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "support/files.h"
 #include "support/temp_dir.h"
 
 namespace orvmesh::test {
 
 using Dump = DMPIO_Manipulator_C;
 using Pairs = std::vector<std::pair<int, int>>;
-
-inline std::string bytesOf(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
-inline void writeBytes(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
 
 // The one-int blocks with their operations, in file order.
 struct OneIntBlock {

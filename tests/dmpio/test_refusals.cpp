@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <filesystem>
-#include <functional>
+#include <sstream>
 
 #include "dmpio/dump_content.h"
 #include "dmpio/dump_info.h"
@@ -59,12 +59,18 @@ TEST(DumpRefusals, FilesThatAreNoDumps) {
                          {"1\n[HEADER]\n2004 0\n[", 2004, 0},
                          {"1\n1020\n[HEAD]\n", 1020, 0},
                          {"1\n[HEADER]\n1020 0\n1 2 3\n4 5\n", 1020, 0},
-                         {"1 [HEADER]\n\n+1020 0\r\n\n1 2 3\n4 5\n[", 1020, 1},
+                         {"1 [HEADER]\n\n+1020 0\r\n\n1 2 3\n4 5\n6 7\n[", 1020, 1},
                          {longFirstLine.c_str(), 1, -1}}) {
     writeBytes(path, row.bytes);
     EXPECT_EQ(Dump::getFileVersion(path.c_str()), row.version) << row.bytes;
     Dump dump;
+    dump.m_HEADER_NElemCoolFaceToLineMap = 77;
     EXPECT_EQ(dump.beginReading(path.c_str(), nullptr), row.result) << row.bytes;
+    if (row.result == 1) {  // empty lines do not count, and the version has no values for the last one
+      EXPECT_EQ(std::tuple(dump.m_HEADER_Version, dump.m_HEADER_NElemCoolChannelMap,
+                           dump.m_HEADER_NElemCoolantEndMap, dump.m_HEADER_NElemCoolFaceToLineMap),
+                std::tuple(1020, 3, 5, 77));
+    }
     EXPECT_EQ(*dump.getErrorText() == '\0', row.result == 1) << row.bytes;
     EXPECT_EQ(dump.endReading(), row.result == 1 ? 1 : 0) << row.bytes;
   }
@@ -74,52 +80,35 @@ TEST(DumpRefusals, FilesThatAreNoDumps) {
   }
 }
 
-// A header block with these values in a block file.
-void writeHeaderBlock(const std::string& path, std::initializer_list<int> values) {
+// The bytes of a block file with these values in its header block.
+std::string headerBlock(const std::string& path, const std::vector<int>& values) {
   BINIO_BinaryFile file;
-  ASSERT_EQ(file.beginWriting(path.c_str()), 1);
-  BINIO_BinaryBlock& block = file.currentBlock();
-  block.setVectorCount('I', 1);
-  block.setVectorSize('I', 0, static_cast<std::int64_t>(values.size()));
-  std::copy(values.begin(), values.end(), block.setValues(0));
-  ASSERT_EQ(file.writeBlock(10000), 1);
-  ASSERT_EQ(file.endWriting(), 1);
+  EXPECT_EQ(file.beginWriting(path.c_str()), 1);
+  file.currentBlock().setVectorCount('I', 1);
+  file.currentBlock().setVectorSize('I', 0, static_cast<std::int64_t>(values.size()));
+  std::copy(values.begin(), values.end(), file.currentBlock().setValues(0));
+  EXPECT_EQ(file.writeBlock(10000), 1);
+  EXPECT_EQ(file.endWriting(), 1);
+  return bytesOf(path);
 }
 
 TEST(DumpRefusals, TheReasonFitsTheForm) {
-  struct Row {
-    std::function<void(const std::string&)> make;
-    int result;
-    const char* reason;
-  };
   const TempDir dir;
   const std::string path = dir / "dump";
-  for (const Row& row :
-       {Row{[](auto& p) { writeBytes(p, "1\n[HEADER]\n2004 0\n["); }, 0, "is a text file of version 2004"},
-        Row{[](auto& p) { writeBytes(p, "1\n[HEADER]\n1021 0\n["); }, -1, "has version 1021"},
-        Row{[](auto& p) {
-              writeHeaderBlock(p, {1020, 0, 0, 0, 0, 0, 0});
-            },
-            0, "is a block file of version 1020"},
-        Row{[](auto& p) {
-              writeHeaderBlock(p, {1021, 0, 0, 0, 0, 0, 0});
-            },
-            -1, "is a block file of version 1021"},
-        Row{[](auto& p) {
-              writeHeaderBlock(p, {2004, 0, 0});
-            },
-            0, "has no sound header block of 11 values"},
-        Row{[](auto& p) {
-              writeHeaderBlock(p, {2004, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-              std::string bytes = bytesOf(p);
-              bytes[64] = static_cast<char>(bytes[64] ^ 1);
-              writeBytes(p, bytes);
-            },
-            -1, "has no sound header block"}}) {
-    row.make(path);
+  std::string damaged = headerBlock(path, {2004, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+  damaged[64] = static_cast<char>(damaged[64] ^ 1);
+  const std::tuple<std::string, int, const char*> rows[] = {
+      {"1\n[HEADER]\n2004 0\n[", 0, "is a text file of version 2004"},
+      {"1\n[HEADER]\n1021 0\n[", -1, "has version 1021"},
+      {headerBlock(path, {1020, 0, 0, 0, 0, 0, 0}), 0, "is a block file of version 1020"},
+      {headerBlock(path, {1021, 0, 0, 0, 0, 0, 0}), -1, "is a block file of version 1021"},
+      {headerBlock(path, {2004, 0, 0}), 0, "has no sound header block of 11 values"},
+      {damaged, -1, "has no sound header block"}};
+  for (const auto& [bytes, result, reason] : rows) {
+    writeBytes(path, bytes);
     Dump dump;
-    EXPECT_EQ(dump.beginReading(path.c_str(), nullptr), row.result) << row.reason;
-    EXPECT_EQ(std::string(dump.getErrorText()).rfind(row.reason, 0), 0U) << dump.getErrorText();
+    EXPECT_EQ(dump.beginReading(path.c_str(), nullptr), result) << reason;
+    EXPECT_EQ(std::string(dump.getErrorText()).rfind(reason, 0), 0U) << dump.getErrorText();
   }
 }
 
@@ -232,37 +221,14 @@ TEST(DumpRefusals, TextLinesThatAreNoEntries) {
   EXPECT_EQ(dump.readElementMoldBaseMapBlockEntry(a), -2);  // forward only
 }
 
-// Reads everything twice over and, if there is a target, converts into both forms; must end, whatever the
-// bytes.
+// Reads everything twice over and converts into both forms; must end, whatever the bytes.
 void useAll(const std::string& path, const std::string& target) {
   Dump dump;
   if (dump.beginReading(path.c_str(), nullptr) == 1) {
     (void)readContent(dump);
     (void)readContent(dump);
   }
-  for (const int version : {1023, 2004})
-    if (!target.empty()) {
-      EXPECT_EQ(Dump().convert(path.c_str(), target.c_str(), version), 1);
-    }
-}
-
-TEST(DumpRefusals, NoDamageHangsOrCrashes) {
-  const TempDir dir;
-  const std::string path = dir / "dump";
-  for (const int version : {1023, 2004}) {
-    ASSERT_EQ(writeFile(path, version, everything()), 1);
-    const std::string whole = bytesOf(path);
-    const std::size_t step = version == 2004 ? 7 : 1;
-    for (std::size_t i = 0; i < whole.size(); i += step) {
-      const std::string target = i % 20 == 0 ? dir / "copy" : "";  // the disk makes these slow
-      writeBytes(path, whole.substr(0, i));
-      useAll(path, target);
-      std::string flipped = whole;
-      flipped[i] = static_cast<char>(flipped[i] ^ 0x11);
-      writeBytes(path, flipped);
-      useAll(path, target);
-    }
-  }
+  for (const int version : {1023, 2004}) EXPECT_EQ(Dump().convert(path.c_str(), target.c_str(), version), 1);
 }
 
 TEST(DumpRefusals, HostileCountsAllocateNothingMuch) {

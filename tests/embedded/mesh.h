@@ -3,14 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "platform/cofedata.h"
 #include "platform/ofeio.h"
+#include "support/files.h"
 #include "support/temp_dir.h"
 
 namespace orvmesh::test {
@@ -59,14 +58,6 @@ inline Mesh twoTetrahedra() {
   mesh.channel = {{{1, 2, 3, 4}, 1, 7}};
   mesh.surfaces = {{{2, 3, 4, 4}, 1, 1, 1, 0, 1, 1}, {{2, 3, 4, 0}, 2, 1, 1, 0, 1, 0}};
   return mesh;
-}
-
-inline std::string bytesOf(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-inline void writeBytes(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
 // Why the model refuses the file; empty when it reads it. A refused file must leave nothing behind.

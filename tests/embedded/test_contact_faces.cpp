@@ -1,46 +1,31 @@
 #include <algorithm>
+#include <cmath>
 #include <map>
-#include <random>
-#include <set>
 
-#include "base/face_tables.h"
-#include "embedded/mesh.h"
+#include "embedded/cell_grid.h"
 
 namespace orvmesh::test {
 namespace {
 
-// A random mold on a grid of cells, and what its contact faces must be by the definition: computed from the
-// grid's own node numbers, which both numberings of the mesh come from.
-class RandomMold {
+// A mold and what its contact faces must be by the definition.
+class RandomMold : public CellGrid {
  public:
-  RandomMold(unsigned seed, bool tetrahedra, bool split) : random_(seed), split_(split) {
-    enum { kPart, kMold, kInsertA, kInsertB, kVoid };
-    for (int z = 0; z < kCells; ++z)
-      for (int y = 0; y < kCells; ++y)
-        for (int x = 0; x < kCells; ++x) {
-          const int role = static_cast<int>(random_() % 5);
-          if (role == kVoid) continue;
-          int corner[8];
-          for (int c = 0; c < 8; ++c) corner[c] = gridNode(x + (c & 1), y + (c >> 1 & 1), z + (c >> 2));
-          for (const auto& local : tetrahedra ? kTetrahedra : kHexahedron) {
-            std::vector<int> nodes;
-            nodes.reserve(local.size());
-            for (const int n : local) nodes.push_back(corner[n]);
-            // Material 5001 is typed as an insert and written as mold: no insert here.
-            const int material = role == kInsertA   ? 5002
-                                 : role == kInsertB ? 10001
-                                 : random_() % 2    ? 5001
-                                                    : 1;
-            add(role == kPart, role, nodes, role == kPart ? 1 : material);
-          }
-        }
+  RandomMold(unsigned seed, bool tetrahedra, bool split) : CellGrid(seed, tetrahedra, split) {
+    enum { kPart, kMold, kInsertA, kInsertB, kRoles = 5 };
+    eachElement(kRoles, [this](int role, const std::vector<int>& grid) {
+      // Material 5001 is typed as an insert and written as mold: no insert here.
+      const int other = random_() % 2 ? 5001 : 1;
+      add(role == kPart, role, grid,
+          role == kPart      ? 1
+          : role == kInsertA ? 5002
+          : role == kInsertB ? 10001
+                             : other);
+    });
     addSurfaces(true);
     addSurfaces(false);
     std::shuffle(surfaceKeys_.begin(), surfaceKeys_.end(), random_);
     for (const auto& [key, surface] : surfaceKeys_) mesh.surfaces.push_back(surface);
   }
-
-  Mesh mesh;
 
   std::vector<std::string> expected() const {
     std::map<Key, Members> faces;
@@ -74,8 +59,6 @@ class RandomMold {
   }
 
  private:
-  static constexpr int kCells = 4;
-  using Key = std::set<int>;
   struct Element {
     bool isPlastic;
     int number, material;
@@ -87,23 +70,6 @@ class RandomMold {
     std::vector<std::pair<int, int>> inserts;
     int other = 0;
   };
-  static inline const std::vector<std::vector<int>> kHexahedron{{0, 1, 3, 2, 4, 5, 7, 6}};
-  static inline const std::vector<std::vector<int>> kTetrahedra{{0, 1, 3, 7}, {0, 3, 2, 7}, {0, 2, 6, 7},
-                                                                {0, 6, 4, 7}, {0, 4, 5, 7}, {0, 5, 1, 7}};
-
-  static int gridNode(int x, int y, int z) { return x + (kCells + 1) * (y + (kCells + 1) * z); }
-
-  // Split meshes number the nodes of each component for themselves, a hair's breadth apart.
-  int nodeOf(int grid, int component) {
-    const auto [at, isNew] = numbers_.try_emplace({split_ ? component : 0, grid}, 0);
-    if (!isNew) return at->second;
-    const auto jitter = [this] { return split_ ? static_cast<float>(random_() % 3) * 5e-7F : 0.F; };
-    const int n = kCells + 1;
-    const auto placed = [&](int cell) { return static_cast<float>(cell) + jitter(); };
-    mesh.nodes.push_back({placed(grid % n), placed(grid / n % n), placed(grid / n / n)});
-    return at->second = static_cast<int>(mesh.nodes.size());
-  }
-
   void add(bool isPlastic, int component, const std::vector<int>& grid, int material) {
     auto& list = isPlastic ? mesh.plastic : mesh.mold;
     Element element{isPlastic, static_cast<int>(list.size()) + 1, material, grid, {}};
@@ -114,19 +80,10 @@ class RandomMold {
 
   template <class Visit>
   void visitFaces(Visit visit) const {
-    for (const Element& e : elements_) {
-      const auto faces = facesOf(static_cast<int>(e.nodes.size()));
-      for (std::size_t f = 0; f < faces.size(); ++f) {
-        Key key;
-        Mesh::Surface surface{{}, e.isPlastic ? 1 : 2, 0, 0, 0, e.number, 0};
-        for (int k = 0; k < 4; ++k) {
-          const auto local = static_cast<std::size_t>(faces[f].nodes[std::min(k, faces[f].nodeCount - 1)]);
-          key.insert(e.grid[local]);
-          surface.nodes[static_cast<std::size_t>(k)] = e.nodes[local];
-        }
-        visit(e, static_cast<int>(f), key, surface);
-      }
-    }
+    for (const Element& e : elements_)
+      eachFace(e.grid, e.nodes, [&](int face, const Key& key, const std::array<int, 4>& nodes) {
+        visit(e, face, key, Mesh::Surface{nodes, e.isPlastic ? 1 : 2, 0, 0, 0, e.number, 0});
+      });
   }
 
   // Half of the faces that no second element of the same list has; some of them on other interfaces.
@@ -143,9 +100,6 @@ class RandomMold {
     });
   }
 
-  std::mt19937 random_;
-  bool split_;
-  std::map<std::pair<int, int>, int> numbers_;
   std::vector<Element> elements_;
   std::vector<std::pair<Key, Mesh::Surface>> surfaceKeys_;
 };

@@ -2,32 +2,27 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "platform/file_copy.h"
+#include "support/files.h"
 #include "support/temp_dir.h"
 
 namespace orvmesh::test {
 namespace {
 
-std::string read(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 TEST(FileCopy, NeverTouchesATargetItMayNotTake) {
   const TempDir dir;
   const std::string from = dir / "from", to = dir / "\xC3\xA4", text(3'000'001, 'x');
-  std::ofstream(from) << text;
+  writeBytes(from, text);
   EXPECT_TRUE(CopyFileA(from.c_str(), to.c_str(), true));
-  EXPECT_EQ(read(to), text);
-  std::ofstream(from) << "short";
+  EXPECT_EQ(bytesOf(to), text);
+  writeBytes(from, "short");
   EXPECT_FALSE(CopyFileA(from.c_str(), to.c_str(), true));
-  EXPECT_EQ(read(to), text);
+  EXPECT_EQ(bytesOf(to), text);
   EXPECT_TRUE(CopyFileA(from.c_str(), to.c_str(), false));
-  EXPECT_EQ(read(to), "short");
+  EXPECT_EQ(bytesOf(to), "short");
   EXPECT_FALSE(CopyFileA(from.c_str(), from.c_str(), false));
-  EXPECT_EQ(read(from), "short");
+  EXPECT_EQ(bytesOf(from), "short");
 
   const std::string pipe = dir / "pipe", fresh = dir / "fresh";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);

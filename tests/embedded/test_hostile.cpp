@@ -73,7 +73,6 @@ const Case kCases[] = {
     {[](auto& f) { f.header().containerVersion = 2; }, "has container version 2 (known: 1)"},
     {[](auto& f) { f.header().fileSize = k2To63; }, "is cut off"},
     {[](auto& f) { f.header().directoryOffset = 0; }, "has a wrong header: the directory (offset 0"},
-    {[](auto& f) { f.header().directoryLength -= 32; }, "has a wrong header"},
     {[](auto& f) { f.header().reserved = 1; }, "has a wrong header"},
     {[](auto& f) { f.header().blockCount = 0xFFFFFFFF; }, "has a wrong directory: it is too short"},
     {[](auto& f) { f.header().blockCount -= 1; }, "has a wrong directory: its blocks end"},
@@ -90,8 +89,6 @@ const Case kCases[] = {
     {[](auto& f) { f.column(Block::Nodes, 0).type = 'F' + 256; }, "has an unknown type 326"},
     {[](auto& f) { f.column(Block::Nodes, 0).offset = 0; }, "block 200 column 0 begins at byte 0"},
     {[](auto& f) { f.column(Block::Nodes, 0).count = k2To63 / 2 + 1; }, "values, more than its block of 128 bytes"},
-    {[](auto& f) { f.column(Block::Nodes, 0).count = ~std::uint64_t{0}; }, "column 0 has 18446744073709551615 values"},
-    {[](auto& f) { f.column(Block::Nodes, 0).count = std::uint64_t{1} << 31; }, "column 0 has 2147483648 values"},
     // The shapes of blocks.
     {[](auto& f) { f.block(Block::Sensors).id = 801; }, "has no block sensors"},
     {[](auto& f) { f.column(Block::Nodes, 0).type = 'I'; }, "nodes column xyz has type 'I' (legal: 'F')"},

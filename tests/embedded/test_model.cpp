@@ -46,8 +46,6 @@ const Case kViolations[] = {
      "coolantChannelLines has 1 entries (legal: an even number, two ends for each line)"},
     {[](Mesh& m) { m.more = [](auto& f) { writeLayout(f, 0, 1, 8, 0); }; },
      "coolantChannelLayout entry 3: end point A is 0 (legal: 1 to 2)"},
-    {[](Mesh& m) { m.more = [](auto& f) { writeLayout(f, 1, 3, 8, 0); }; },
-     "coolantChannelLayout entry 3: end point B is 3 (legal: 1 to 2)"},
     {[](Mesh& m) { m.more = [](auto& f) { writeLayout(f, 1, 2, 3e5F, 0); }; },
      "coolantChannelLayout entry 3: value 8 is 3e+05 (legal: -214748 to 214748 in model units)"},
     {[](Mesh& m) { m.more = [](auto& f) { f.writeSensorInfoBlockEntry(7, kNodes, 0, 0, 0); }; },
@@ -64,8 +62,6 @@ const Case kViolations[] = {
      "surfaceBoundaryConditionNames entry 1: THICKNESS is \"2,5\" (legal: a finite number)"},
     {[](Mesh& m) { m.scale = 1e30F; m.more = [](auto& f) { writeName(f, "THICKNESS", "1e300"); }; },
      "surfaceBoundaryConditionNames entry 1: THICKNESS is \"1e300\" (legal: a finite number)"},
-    {[](Mesh& m) { m.more = [](auto& f) { writeName(f, "THICKNESS", "inf"); }; },
-     "surfaceBoundaryConditionNames entry 1: THICKNESS is \"inf\" (legal: a finite number)"},
     {[](Mesh& m) { m.more = [](auto& f) { writeName(f, "BRANCH_NUMBER", "2147483648"); }; },
      "surfaceBoundaryConditionNames entry 1: BRANCH_NUMBER is \"2147483648\" (legal: an integer of 32 bits)"},
     {[](Mesh& m) { m.more = [](auto& f) { f.writePartingDirectionBlockEntry(0, 0, 1); f.writePartingDirectionBlockEntry(0, 0, 1); }; },
@@ -108,6 +104,7 @@ TEST(Model, ForeignElementNumbersAreAWarning) {
                                       "list (the first is entry 2, element 0)"}));
 }
 
+// What comes back in a mesh that the model is written to shows there; this is what does not.
 TEST(Model, HoldsTheFileInModelUnits) {
   const TempDir dir;
   const std::string path = dir / "mesh.ofe";
@@ -117,57 +114,27 @@ TEST(Model, HoldsTheFileInModelUnits) {
   const MeshModel& m = data.model();
   EXPECT_EQ(m.formatVersion, 1000);
   EXPECT_EQ(m.lengthFactor, 0.5);
-  EXPECT_EQ(m.nodes.count(), 9);
-  EXPECT_EQ(m.nodes[9].x, 4);
   EXPECT_EQ(m.nodes[9].z, -0.75);
-
-  EXPECT_EQ(m.elemP.nodesPerElement, 4);
-  EXPECT_EQ(m.elemM.count(), 3);
   EXPECT_EQ(m.elemM[2].nodeCount(), 8);
   EXPECT_EQ(m.elemM[3].nodes[4], 5);
-  EXPECT_EQ(m.elemM[3].fieldB, 10);
-  EXPECT_EQ(m.elemM[3].value, 3.5);
   EXPECT_EQ(m.blockToMaterial, (std::vector<std::int32_t>{7, 9, 5001}));
   EXPECT_EQ(m.surfaces[1].nodeCount, 3);
   EXPECT_EQ(m.surfaces[1].nodes[3], 0);
-  EXPECT_EQ(m.surfaces[1].tag, static_cast<std::uint32_t>(-15));
   EXPECT_EQ(m.surfaces[2].nodeCount, 4);
-  EXPECT_EQ(m.surfaces.list(2).size(), 3);
-  EXPECT_EQ(m.surfaces.list(2)[2], 52);
-  EXPECT_TRUE(m.surfaces.hasList(1));
-  EXPECT_TRUE(m.surfaces.list(1).empty());
-  EXPECT_STREQ(m.conditions[1].code, "OM");
+  EXPECT_TRUE(m.surfaces.hasList(1) && m.surfaces.list(1).empty());
   EXPECT_STREQ(m.conditions[2].code, "??");
-  EXPECT_EQ(m.badM.elementNo[0], 3);
-
-  const auto& diameter = m.diameters[0];
-  EXPECT_EQ(std::vector<std::int32_t>(diameter.nodes, diameter.nodes + diameter.nodeCount),
-            (std::vector<std::int32_t>{1, 2, 3, 4, 5, 6, 7}));
+  EXPECT_EQ(m.diameters[0].nodeCount, 7);
   EXPECT_EQ(m.diameters[0].diameter, 4.25);
-  ASSERT_EQ(m.lines.size(), 1);
   EXPECT_EQ(m.lines[0].ends[1].values[3], 6);
-  EXPECT_EQ(m.lines[0].ends[1].codes[0], 13);
-  ASSERT_EQ(m.beamPoints.size(), 2);
   EXPECT_EQ(m.beamPoints[1].z, 2.5);
-  EXPECT_EQ(m.beamPoints[1].id, 2);
-  ASSERT_EQ(m.beamSegments.size(), 1);
   EXPECT_EQ(m.beamSegments[0].segValue, 46250);  // half of 9.25, times 10000
-  EXPECT_EQ(m.beamSegments[0].segCode, 10);
   const std::vector<std::int32_t> a(m.beamSegments[0].values, m.beamSegments[0].values + 13);
   EXPECT_EQ(a, (std::vector<std::int32_t>{40000, 1, 2, 11, 12, 1000, 2000, 3000, 4000, 5000, 6000, 7000, 0}));
   EXPECT_EQ(m.sensors[5][0].y, 1.25);
-  EXPECT_EQ(m.sensors[0][0].ids[3], 4);
   EXPECT_EQ(m.moldInsert.points[0].z, 1.5);
-  EXPECT_EQ(m.moldInsert.faces[0].nodeCount, 4);
-  EXPECT_EQ(m.channelSurface.faces[0].faceCodeB, 43);
-  EXPECT_EQ(m.bcNames[0].branchId, -3);
   EXPECT_EQ(m.bcValues[static_cast<std::size_t>(m.bcNames[0].valueIndex)], 1.25);
-  EXPECT_EQ(m.bcNames[2].name, "e");
-  EXPECT_EQ(m.moldMetalLayers[0].additionalFlag, 65);
   EXPECT_EQ(m.moldMetalLayers[0].name, "steel");
-  EXPECT_EQ(m.channelLayers[0].layerId, 79);
   EXPECT_TRUE(m.hasPartingDirection);
-  EXPECT_EQ(m.partingDirection[2], 1);
 }
 
 TEST(Model, LogIsStartedAnewAndNeverTheMesh) {

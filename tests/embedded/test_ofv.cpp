@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <limits>
 
 #include "platform/ofv_reader.h"
 #include "platform/ofv_writer.h"
 #include "support/box_grid.h"
+#include "support/files.h"
 #include "support/temp_dir.h"
 
 using namespace orvmesh;
@@ -22,10 +22,6 @@ void expectSame(const OFVMesh& a, const OFVMesh& b) {
   EXPECT_TRUE(same(a.owner, b.owner) && same(a.neighbour, b.neighbour) && same(a.cellCavity, b.cellCavity));
   EXPECT_TRUE(same(a.cavityNumber, b.cavityNumber) && same(a.cavityKind, b.cavityKind));
   EXPECT_TRUE(same(a.inletID, b.inletID) && same(a.inletGroup, b.inletGroup));
-}
-
-void writeBytes(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 // Each spoils one thing; the text is in the line that refuses it.

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <fstream>
 
-#include "heatsource/comsol_reader.h"
 #include "heatsource/heat_map.h"
 #include "support/temp_dir.h"
 
@@ -128,30 +127,6 @@ TEST_F(HeatSource, NodesWithoutAPlaceRepeatTheOneBefore) {
   Nodes nodes;
   for (const double x : {std::nan(""), 2.0, std::nan(""), 1.0, 0.0}) nodes.add(x, 0, 0);
   EXPECT_EQ(step2(nodes), (std::vector<double>{0, 0, -2000, -2000, -1000, -1000}));
-}
-
-TEST_F(HeatSource, TheMapTellsWhatItDid) {
-  COrvTool_PointFileReader table;
-  heat::ComsolReport report;
-  const std::string path = write(
-      "% Nodes: 7\n% x\n0.01 0.01 0.01 10000\n0.02 0.01 0.01 30000\nnan 1 1 1\n\n0.03 0.01 0.01 nan\n0.04 "
-      "0.01 0.01 5\n");
-  ASSERT_TRUE(heat::readComsolFile(path.c_str(), table, report, [](double, double) {}));
-  const float xyz[] = {10, 10, 10, 20, 10, 10, 31, 10, 10, 0, 0, 1};
-  NodeTable nodes{xyz, 0.1};
-  const heat::HeatMap map = heat::mapHeat(table, report, nodes);
-  EXPECT_EQ(map.mapped, 4);
-  EXPECT_EQ(map.notFinite, 1);
-  EXPECT_EQ(map.onEmptyRows, 1);
-  EXPECT_EQ(map.points.count, 3);
-  EXPECT_DOUBLE_EQ(map.points.total, 4.0005);
-  EXPECT_EQ(map.nodes.count, 3);
-  EXPECT_DOUBLE_EQ(map.nodes.mean(), 4.0 / 3);
-  EXPECT_NEAR(map.distance[3], 0.1, 1e-12);
-  EXPECT_DOUBLE_EQ(map.source[2], -3e7);
-  EXPECT_EQ(map.pointBox.points, 4);
-  EXPECT_EQ(map.pointBox.high, (std::array<double, 3>{4, 1, 1}));
-  EXPECT_TRUE(map.pointBox.touches(map.nodeBox));
 }
 
 TEST(UnitMistake, FactorsOfTheBoxes) {

@@ -91,13 +91,9 @@ class BrickMold {
     const bool pyramids = cells == Cells::hexahedraAndPyramids && (x + y + z) % 2 == 0;
     if (pyramids) {
       mesh.nodes.push_back({mesh.nodes.size() + 1, x + 0.5, y + 0.5, z + 0.5});
-      for (const std::vector<std::size_t>& base : std::vector<std::vector<std::size_t>>{{0, 1, 2, 3, 8},
-                                                                                        {4, 7, 6, 5, 8},
-                                                                                        {0, 4, 5, 1, 8},
-                                                                                        {1, 5, 6, 2, 8},
-                                                                                        {2, 6, 7, 3, 8},
-                                                                                        {3, 7, 4, 0, 8}})
-        add(7, base);
+      const std::size_t sides[][4] = {{0, 1, 2, 3}, {4, 7, 6, 5}, {0, 4, 5, 1},
+                                      {1, 5, 6, 2}, {2, 6, 7, 3}, {3, 7, 4, 0}};
+      for (const auto& side : sides) add(7, {side[0], side[1], side[2], side[3], 8});
     } else if (cells == Cells::tetrahedra) {
       // The six ways from corner 0 to corner 6 along edges.
       for (const std::vector<std::size_t>& t : std::vector<std::vector<std::size_t>>{

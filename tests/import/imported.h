@@ -19,8 +19,8 @@ struct Imported {
                     Encoding encoding = Encoding::binary41) {
     options.mesh = dir / "mold.msh";
     options.target = dir / "mold.ofe";
-    writeFile(options.mesh, writeMsh(mesh, encoding));
-    if (!rolesJson.empty()) writeFile(options.roles = dir / "roles.json", rolesJson);
+    writeBytes(options.mesh, writeMsh(mesh, encoding));
+    if (!rolesJson.empty()) writeBytes(options.roles = dir / "roles.json", rolesJson);
     report = importing::importMesh(options);
     EXPECT_EQ(1, data.ReadDataBin(options.target.c_str(), nullptr, 0, false)) << data.errorText();
   }
@@ -37,8 +37,8 @@ inline std::string refusal(const std::string& bytes, const std::string& rolesJso
   const TempDir dir;
   options.mesh = dir / "mold.msh";
   options.target = dir / "mold.ofe";
-  writeFile(options.mesh, bytes);
-  if (!rolesJson.empty()) writeFile(options.roles = dir / "roles.json", rolesJson);
+  writeBytes(options.mesh, bytes);
+  if (!rolesJson.empty()) writeBytes(options.roles = dir / "roles.json", rolesJson);
   const auto text = failureOf([&] { importing::importMesh(options); });
   EXPECT_FALSE(std::ifstream(options.target).good()) << "a target was left behind: " << text;
   return text.starts_with(dir.path() + "/") ? text.substr(dir.path().size() + 1) : text;

@@ -2,12 +2,12 @@
 
 #include <cstdint>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 #include <tuple>
 #include <vector>
+
+#include "support/files.h"
 
 // One mesh in the four encodings that the reader knows, written without any of its code.
 namespace orvmesh::test {
@@ -171,13 +171,5 @@ class MshWriter {
 };
 
 inline std::string writeMsh(const Msh& mesh, Encoding encoding) { return MshWriter(mesh, encoding).write(); }
-
-inline void writeFile(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-inline std::string readFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 }  // namespace orvmesh::test

@@ -24,17 +24,17 @@ std::string ofeOf(const std::string& bytes) {
   importing::ImportOptions options;
   options.mesh = dir / "mold.msh";
   options.target = dir / "mold.ofe";
-  writeFile(options.mesh, bytes);
+  writeBytes(options.mesh, bytes);
   std::filesystem::last_write_time(options.mesh, std::filesystem::file_time_type{});
   importing::importMesh(options);
-  return readFile(options.target);
+  return bytesOf(options.target);
 }
 
 // Damaged files, thousands of them: refused in one line or imported into a file that reads, and nothing else.
 class Damaged {
  public:
   bool isImported(const std::string& bytes) {
-    writeFile(options_.mesh, bytes);
+    writeBytes(options_.mesh, bytes);
     const auto text = failureOf([&] { importing::importMesh(options_); });
     if (text == "no failure") {
       COFEData data;
@@ -146,17 +146,14 @@ TEST(MshFiles, RefusalsSayWhereAndWhatWouldBeRight) {
   const std::tuple<std::string, std::string> rows[] = {
       {"", "mold.msh: is empty; expected a mesh file"},
       {"solid cube\n", "line 1: is no MSH file: expected $MeshFormat"},
-      {"$NOD\n1\n", "line 2: MSH version 1 is not read, only 2.2 and 4.1"},
       {replaced(text, "4.1 0 8", "4 0 8"), "line 2: MSH version 4 is not read, only 2.2 and 4.1"},
       {replaced(text, "4.1 0 8", "4.1 2 8"), "file type 2; expected 0 (text) or 1 (binary)"},
       {replaced(binary, "4.1 1 8", "4.1 1 4"), "binary data of size 4; only 8 bytes are read"},
       {replaced(binary, std::string("\1\0\0\0", 4), std::string("\0\0\0\1", 4)),
        "byte 20: big-endian binary data is not read"},
       {replaced(text, "$Nodes", "$Elements\n$EndElements\n$Nodes"), "$Elements stands before $Nodes"},
-      {replaced(text, "$EndNodes", "$EndNodse"), "expected $EndNodes, found '$EndNodse'"},
       {text + "junk", "expected a section ($Nodes, $Elements, ...), found 'junk'"},
       {text + "$Nodes\n", "a second $Nodes section"},
-      {text + "$Open\n", "$Open has no $EndOpen"},
       {replaced(text, "$Nodes\n2 28", "$Nodes\n2 29"), "$Nodes announces 29 nodes and holds 28"},
       {replaced(text22, "$Nodes\n28", "$Nodes\n999999999999"),
        "$Nodes announces 999999999999 nodes; the rest of the file cannot hold them"},
@@ -164,7 +161,6 @@ TEST(MshFiles, RefusalsSayWhereAndWhatWouldBeRight) {
       {replaced(text22, "\n2 1 0 0\n", "\n1 1 0 0\n"), "node 1 stands twice in $Nodes"},
       {replaced(text22, "\n2 1 0 0\n", "\n2 nan 0 0\n"), "a coordinate is not finite"},
       {replaced(text22, "\n2 1 0 0\n", "\n2 1e39 0 0\n"), "a coordinate is not finite in single precision"},
-      {replaced(text22, "\n2 1 0 0\n", "\n2 one 0 0\n"), "$Nodes: expected a coordinate, found 'one'"},
       {replaced(text22, "\n2 1 0 0\n", "\n222 1 0 0\n"), "names node 2, which $Nodes does not have"},
       {replaced(text22, "\n1 5 2 ", "\n1 35 2 "), "element type 35 is unknown"},
       {replaced(text, "\n3 1 5 ", "\n2 1 5 "),

@@ -6,17 +6,11 @@
 #include <locale>
 
 #include "platform/locale.h"
-#include "platform/ofe_header.h"
+#include "support/comma_point.h"
 #include "support/temp_dir.h"
 
 namespace orvmesh::test {
 namespace {
-
-struct CommaPoint : std::numpunct<char> {
-  char do_decimal_point() const override { return ','; }
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\3"; }
-};
 
 TEST(TextStream, NumbersPassInTheClassicLocale) {
   const TempDir dir;
@@ -76,16 +70,6 @@ TEST(Locale, TheDefaultExistsWhateverTheEnvironmentSays) {
   ::setenv("LC_ALL", "xx_NOWHERE", 1);
   EXPECT_EQ(COrvLocale::GetSystemDefaultLocale(), "C");
   ::unsetenv("LC_ALL");
-}
-
-TEST(OfeHeader, FloatWordsAreBitsOfTheWord) {
-  OFEHeader header;
-  header.setFloatField(m_HEADER_ScaleFactor, 0.001F);
-  EXPECT_EQ(header[29], 0x3a83126f);
-  EXPECT_EQ(header.floatField(29), 0.001F);
-  int floats = 0;
-  for (int i = 0; i < OFEHeader::kWords; ++i) floats += OFEHeader::isFloatField(i);
-  EXPECT_EQ(floats, 5 + 12);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <clocale>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <random>
 #include <sstream>
@@ -11,19 +10,13 @@
 #include "sensor/line_reader.h"
 #include "sensor/mesh.h"
 #include "sensor/snc_rewrite.h"
+#include "support/comma_point.h"
+#include "support/files.h"
 
 namespace orvmesh::test {
 namespace {
 
 using sensor::rewriteSnc;
-
-void write(const std::string& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
-std::string read(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // The mesh has one part element, one part node, three mold element and one mold node sensor; 4 (the second
 // mold element) and 6 lie in inserts. The joined order is 1 4 2 6 3 5.
@@ -34,13 +27,13 @@ std::string sncMesh(const TempDir& dir) {
 const std::string kSnc =
     "9\n\n[HEADER] of a file\na header\n\n[SENSOR INFO] six\nfree\n2\n2\n0\n2\n0\n0\n"
     "1 1 1.5 -2 0\n1 4 4 1e10 0.1234567\n2\t2  +2 0 0\n2 6 6 0 0 \n4 3 3 0 0\r\n4 5 5 0 0\n"
-    "[VARBLE INFO]\nv\n[HISTORY DATA]\nt 0\na1\na4\na2\na6\na3\na5\n\nt 1\nb1\nb4\nb2\nb6\nb3\nb5\n*\n"
+    "[VARBLE INFO]\nv\nall [HISTORY DATA]\nt 0\na1\na4\na2\na6\na3\na5\n\nt 1\nb1\nb4\nb2\nb6\nb3\nb5\n*\n"
     "[TIMESTEP]\nx\n[EOF]\n";
 const std::string kRewritten =
     "1\n[HEADER] of a file\na header\n\n[SENSOR INFO] six\nfree\n1\n1\n0\n3\n1\n0\n"
     "1  1      1.5 -2 0\n2  2      2 0 0\n4  3      3 0 0\n4  4      4 1e+10 0.123457\n4  5      5 0 0\n"
     "5  6      6 0 0\n"
-    "[VARBLE INFO]\nv\n[HISTORY DATA]\nt 0\na1\na2\na3\na4\na5\na6\n\nt 1\nb1\nb2\nb3\nb4\nb5\nb6\n\n"
+    "[VARBLE INFO]\nv\nall [HISTORY DATA]\nt 0\na1\na2\na3\na4\na5\na6\n\nt 1\nb1\nb2\nb3\nb4\nb5\nb6\n\n"
     "[TIMESTEP]\nx\n[EOF]";
 
 std::string replaced(std::string text, const std::string& what, const std::string& with) {
@@ -48,12 +41,6 @@ std::string replaced(std::string text, const std::string& what, const std::strin
   EXPECT_NE(at, text.npos) << what;
   return at == text.npos ? text : text.replace(at, what.size(), with);
 }
-
-struct CommaPoint : std::numpunct<char> {
-  char do_decimal_point() const override { return ','; }
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\1"; }
-};
 
 // Numbers pass in the classic locale, whatever the process's own: its C++ locale, and its C one where a
 // comma-decimal one is installed.
@@ -66,10 +53,10 @@ TEST(SensorFile, RewritesInPlaceInAnyLocale) {
     if (std::setlocale(LC_NUMERIC, name) != nullptr) break;
   COrvMeshTransfer_SensorFile file;
   for (const std::string& text : {kSnc, replaced(kSnc, "[EOF]\n", "[EOF]")}) {
-    write(path, text);
+    writeBytes(path, text);
     file.TransferSensorFile_SNC(path.c_str(), mesh.c_str(), 0, 0);
     EXPECT_STREQ(file.GetErrorMessage_Link(), "");
-    EXPECT_EQ(read(path), kRewritten);
+    EXPECT_EQ(bytesOf(path), kRewritten);
     EXPECT_FALSE(std::filesystem::exists(path + ".tmc"));
   }
   EXPECT_EQ(file.GetSensorMappingGlobalID(SensorMap_Old2New, 2), 3);
@@ -81,12 +68,12 @@ TEST(SensorFile, ACopyThatIsLeftOverStopsIt) {
   const TempDir dir;
   const std::string mesh = sncMesh(dir);
   const std::string path = dir / "history.snc";
-  write(path, kSnc);
-  write(path + ".tmc", "an older one");
+  writeBytes(path, kSnc);
+  writeBytes(path + ".tmc", "an older one");
   COrvMeshTransfer_SensorFile file;
   file.TransferSensorFile_SNC(path.c_str(), mesh.c_str(), 0, 0);
-  EXPECT_EQ(read(path), kSnc);
-  EXPECT_EQ(read(path + ".tmc"), "an older one");
+  EXPECT_EQ(bytesOf(path), kSnc);
+  EXPECT_EQ(bytesOf(path + ".tmc"), "an older one");
   EXPECT_NE(std::string(file.GetErrorMessage_Link()).find(".tmc"), std::string::npos);
   for (const std::string& gone : {dir / "none.snc", dir.path()}) {
     file.TransferSensorFile_SNC(gone.c_str(), mesh.c_str(), 0, 0);
@@ -101,10 +88,10 @@ TEST(SensorFile, MalformedLinesRepeatWhatStoodBefore) {
   const TempDir dir;
   const std::string mesh = sncMesh(dir);
   const std::string path = dir / "history.snc";
-  write(path, replaced(kSnc, "2 6 6 0 0 ", "2 x"));
+  writeBytes(path, replaced(kSnc, "2 6 6 0 0 ", "2 x"));
   COrvMeshTransfer_SensorFile file;
   file.TransferSensorFile_SNC(path.c_str(), mesh.c_str(), 0, 0);
-  EXPECT_EQ(read(path), replaced(kRewritten, "5  6      6 0 0", "5  2      2 0 0"));
+  EXPECT_EQ(bytesOf(path), replaced(kRewritten, "5  6      6 0 0", "5  2      2 0 0"));
   EXPECT_EQ(std::string(file.GetErrorMessage_Link()),
             path + ": line 17: expected sensor 4 of 6 (type, number, x, y, z), found \"2 x\"");
 }

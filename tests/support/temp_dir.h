@@ -30,4 +30,19 @@ class TempDir {
   std::string path_;
 };
 
+// To be the base of a test that runs in a folder of its own.
+class OwnFolder {
+ public:
+  OwnFolder() { std::filesystem::current_path(dir.path()); }
+  ~OwnFolder() { std::filesystem::current_path(previous_); }
+  OwnFolder(const OwnFolder&) = delete;
+  OwnFolder& operator=(const OwnFolder&) = delete;
+
+ protected:
+  TempDir dir;
+
+ private:
+  std::filesystem::path previous_ = std::filesystem::current_path();
+};
+
 }  // namespace orvmesh::test

@@ -18,7 +18,7 @@ namespace orvmesh::test {
 //   insert) and M3 (5001, written as mold) share 9 10 11.
 inline const char* const kMoldBlocks = R"(
   "elementsPlastic": [
-    { "nodes": [1, 2, 3, 4], "a": 1, "b": 1, "value": 0.5 },
+    { "nodes": [1, 2, 3, 4], "a": 1, "b": 200, "value": 0.5 },
     { "nodes": [2, 3, 4, 5], "a": 2, "b": 201, "value": 0 },
     { "nodes": [3, 4, 5, 6], "a": 1, "b": 300, "value": 0 },
     { "nodes": [4, 5, 6, 7], "a": 1, "b": 301, "value": 0 }],
@@ -52,7 +52,7 @@ inline const char* const kMoldBlocks = R"(
     { "nodes": [2, 14, 15, 15], "interfaceId": 4, "ownerCode": 3, "contactCode": 2, "boundaryType": 4, "elementNo": 3, "tag": 78 },
     { "nodes": [13, 15, 16, 16], "interfaceId": 3, "ownerCode": 1, "contactCode": 10002, "boundaryType": 1, "elementNo": 1, "tag": 9 },
     { "nodes": [12, 13, 16, 16], "interfaceId": 4, "ownerCode": 1, "contactCode": 1, "boundaryType": 6, "elementNo": 1, "tag": 0 },
-    { "nodes": [5, 6, 7, 7], "interfaceId": 7, "ownerCode": 8, "contactCode": 9, "boundaryType": 10, "elementNo": 99, "tag": 11 },
+    { "nodes": [5, 6, 7, 7], "interfaceId": 7, "ownerCode": 8, "contactCode": 9, "boundaryType": 5, "elementNo": 99, "tag": 11 },
     { "nodes": [1, 3, 4, 4], "interfaceId": 1, "ownerCode": 1, "contactCode": 1, "boundaryType": 4, "elementNo": 1, "tag": 2307 }],
   "boundaryConditions": [
     { "entityNo": 3, "type": 9, "value": 1 }, { "entityNo": 4, "type": 1, "value": 2.5 },

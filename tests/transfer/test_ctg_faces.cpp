@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <deque>
 #include <random>
-#include <set>
 
 #include "base/face_tables.h"
 #include "transfer/ctg/boundaries.h"
@@ -97,39 +96,6 @@ TEST(CtgFaces, AreThoseOfThePlainSearchInWhateverMesh) {
   }
   expectPlainSearch(fan, 15, "fan");
   expectPlainSearch({}, 0, "empty");
-}
-
-// Cubes of six tetrahedra; the faces are counted by sets of sorted nodes.
-TEST(CtgFaces, AreAsManyAsThereAreSetsOfNodes) {
-  constexpr int kTets[6][4] = {{0, 1, 3, 7}, {0, 3, 2, 7}, {0, 2, 6, 7},
-                               {0, 6, 4, 7}, {0, 4, 5, 7}, {0, 5, 1, 7}};
-  constexpr int kCells = 7, kNodes = kCells + 1;
-  std::vector<List> elements;
-  for (int cell = 0; cell < kCells * kCells * kCells; ++cell)
-    for (const auto& tet : kTets) {
-      List nodes;
-      for (const int corner : tet)
-        nodes.push_back(1 + cell % kCells + (corner & 1) +
-                        kNodes * (cell / kCells % kCells + (corner >> 1 & 1) +
-                                  kNodes * (cell / kCells / kCells + (corner >> 2))));
-      elements.push_back(nodes);
-    }
-  std::shuffle(elements.begin(), elements.end(), std::mt19937(3));
-  std::multiset<List> sides;
-  for (const List& element : elements)
-    for (std::size_t left = 0; left < 4; ++left) {
-      List nodes = element;
-      nodes.erase(nodes.begin() + static_cast<std::ptrdiff_t>(left));
-      std::sort(nodes.begin(), nodes.end());
-      sides.insert(nodes);
-    }
-  const std::set<List> distinct(sides.begin(), sides.end());
-  const test::Elements table(elements);
-  const ElementFaces faces = matchElementFaces(table.table(), kNodes * kNodes * kNodes);
-  EXPECT_EQ(static_cast<std::size_t>(faces.faceCount), distinct.size());
-  const auto shared = std::count_if(faces.entries.get(), faces.entries.get() + sides.size(),
-                                    [](std::int32_t entry) { return entry < 0; });
-  EXPECT_EQ(static_cast<std::size_t>(shared), sides.size() - distinct.size());
 }
 
 TEST(CtgFaces, FollowTheFaceTables) {

@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <map>
 
+#include "support/files.h"
 #include "transfer/mold.h"
 
 using namespace orvmesh::test;
@@ -9,7 +10,7 @@ namespace {
 
 // One mold tetrahedron per neighbour: M1 on the part, M2 on a channel.
 const char* const kMesh =
-    R"({ "format": "ofe-json", "version": 1, "header": { "fields": { "0": VERSION, "12": 9 } },
+    R"({ "format": "ofe-json", "version": 1, "header": { "fields": { "0": VERSION, "29": SCALE } },
   "nodes": [[0,0,0],[1,0,0],[0,1,0],[0,0,1],[0,0,-1],[5,0,0],[6,0,0],[5,1,0],[5,0,1],[5,0,-1],[9,9,9]],
   "elementsPlastic": [{ "nodes": [1, 2, 3, 4], "a": 17, "b": 1 }],
   "elementsMoldBase": [{ "nodes": [1, 2, 3, 5], "a": 3, "b": 1 }, { "nodes": [6, 7, 8, 10], "a": 3, "b": 1 }],
@@ -36,9 +37,10 @@ Lines expectedFaces(bool tagged) {
           "6 7 9 9 | 4 2 2 8 1" + other,   "1 2 4 5 | 7 2 2 8 1" + other};
 }
 
-std::string meshOf(const char* version) {
+std::string meshOf(const char* version, const char* scale = "1") {
   std::string text = kMesh;
-  return text.replace(text.find("VERSION"), 7, version);
+  text.replace(text.find("VERSION"), 7, version);
+  return text.replace(text.find("SCALE"), 5, scale);
 }
 
 std::map<std::string, std::size_t> trianglesByFile(const std::string& source) {
@@ -57,7 +59,9 @@ TEST(MoldBaseFaces, OldSourcesLoseTheirTags) {
   for (const auto& [version, tagged] :
        std::map<const char*, bool>{{"2008", false}, {"2009", true}, {"14001", true}}) {
     runVariant(transfer, "moldbase", writeOfe(dir, meshOf(version)), dir / "target.ofe");
-    EXPECT_EQ(surfaceLines(readOfe(dir / "target.ofe")), expectedFaces(tagged)) << version;
+    const auto file = readOfe(dir / "target.ofe");
+    EXPECT_EQ(surfaceLines(file), expectedFaces(tagged)) << version;
+    EXPECT_EQ(file["header"]["fields"]["7"], 8) << version;
   }
 }
 
@@ -79,6 +83,11 @@ TEST(MoldBaseFaces, EachClassIsDrawnIntoItsFile) {
       {"PartSurfNoMatch.stl", 1},      {"MBFace2_Air.stl", 1},    {"MBFace2_CCEnd.stl", 1},
       {"MBFace2_Group8.stl", 1},       {"MBFace2_Group9.stl", 2}, {"AllFace.stl", 11}};
   EXPECT_EQ(trianglesByFile(source), expected);
+
+  // Drawn in the lengths of the file, whatever its scale.
+  const std::string scaled = writeOfe(dir, meshOf("14001", "0.25"));
+  runVariant(transfer, "moldbase", scaled, dir / "target.ofe");
+  EXPECT_EQ(bytesOf(scaled + ".Trans_AllFace.stl"), bytesOf(source + ".Trans_AllFace.stl"));
 }
 
 }  // namespace

@@ -1,7 +1,13 @@
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <sstream>
 
+#include "embedded/block_reader.h"
+#include "embedded/ofe_layout.h"
+#include "support/files.h"
+#include "transfer/blocks/layers.h"
+#include "transfer/ctg_elements.h"
 #include "transfer/mold.h"
 #include "transfer/prepass/groups.h"
 #include "transfer/prepass/inlets.h"
@@ -99,9 +105,11 @@ TEST(FaceRules, HotRunnerFacesAtTheEdges) {
   };
   for (const Row& row :
        {Row{0, 1, false, 0, 0}, Row{1, 6, true, 1, 6}, Row{1, 0x507, true, 1, 0x507}, Row{-1, 1, false, 0, 0},
-        Row{14, 1, false, 0, 0}, Row{3, 5, false, 0, 0}, Row{13, 0, true, 0, 1}, Row{2, 9, true, 0, 1},
-        Row{5, 0, false, 0, 0}, Row{4, 0x203, false, 0, 0},  // a common gate without a number is dropped
-        Row{14, 0x206, true, 7, 0x0FFFFF06},                 // any other is written all the same
+        Row{14, 1, false, 0, 0}, Row{3, 1, false, 0, 0}, Row{7, 2, false, 0, 0}, Row{12, 4, false, 0, 0},
+        Row{13, 0, true, 0, 1}, Row{2, 9, true, 0, 1}, Row{5, 0, false, 0, 0},
+        Row{4, 0x203, false, 0, 0},  // a common gate without a number is dropped
+        Row{4, 0x205, false, 0, 0}, Row{4, 0x201, true, 0, 1}, Row{4, 0x202, true, 0, 1},
+        Row{4, 0x204, true, 0, 1}, Row{14, 0x206, true, 7, 0x0FFFFF06},  // any other is written all the same
         Row{-1, 0x206, true, 7, 0x0FFFFF06}}) {
     SurfaceElement face{3, 1, 0, 0, row.type, 0, {1, 2, 3, 0}, row.tag};
     FaceCarry carry;
@@ -113,6 +121,22 @@ TEST(FaceRules, HotRunnerFacesAtTheEdges) {
     face.interfaceId = 2;
     EXPECT_FALSE(hotRunnerFace(face, worker, carry));
   }
+}
+
+TEST(FaceRules, ContactRecordsOfOtherKindsBecomePartFaces) {
+  for (const int kind : {0, 3}) EXPECT_FALSE(contactFace({1, kind, 5002, {0, 1, 2, 3, 3}})) << kind;
+  for (const int kind : {1, 2, 4}) {
+    const auto face = contactFace({0, kind, 5002, {0, 4, 5, 6, 7}});
+    ASSERT_TRUE(face);
+    const Face expected{{4, 5, 6, 7}, 1, 5002, kind, 0, 0, 1};
+    EXPECT_EQ(std::memcmp(&*face, &expected, sizeof expected), 0) << kind;
+  }
+}
+
+TEST(Layers, MoldMetalsAsPartInsertLayers) {
+  for (const auto& [metal, insert] : std::initializer_list<std::pair<int, int>>{
+           {1, 1}, {2, 5002}, {4999, 9999}, {5000, 5000}, {6000, 6000}, {6001, 2001}})
+    EXPECT_EQ(insertLayerMaterial(metal), insert);
 }
 
 TEST(FaceRules, ASurfaceNumberBeyondTheListWaitsForOneKey) {
@@ -163,6 +187,26 @@ TEST(Groups, HighestChannelGroup) {
   }
 }
 
+// Elements in the order part, insert 5002, insert 9999, mold, heater; a node of each combination.
+TEST(NodeTyping, EveryMeeting) {
+  const Elements part({{1, 2, 3, 4}}), mold({{1, 2, 5, 6}, {1, 5, 7, 8}, {3, 6, 9, 10}}),
+      heater({{4, 9, 7, 11}});
+  const std::int32_t moldMaterials[] = {5002, 9999, 1};
+  const std::int32_t kind = kChannelKindHeater;
+  const std::vector<float> zeros(36);
+  MeshModel model;
+  model.nodes = {zeros, 1};
+  model.elemP = part.table();
+  model.elemM = mold.table();
+  model.elemM.fieldA = moldMaterials;
+  model.elemC = heater.table();
+  model.elemC.fieldA = {&kind, 1};
+  const NodeTyping typing = typeNodes(model);
+  EXPECT_EQ(std::vector<int>(typing.type.data() + 1, typing.type.data() + 13),
+            (std::vector<int>{5, 5, 4, 8, 3, 3, 10, 3, 10, 2, 8, 0}));
+  EXPECT_EQ(typing.insertElements, 2);
+}
+
 TEST(NodeTyping, MaterialsOfTheJoinedPart) {
   const std::int32_t plastic[2] = {7, 8};
   const std::int32_t mold[6] = {5000, 5001, 9999, 10000, 1, 5002};
@@ -174,45 +218,73 @@ TEST(NodeTyping, MaterialsOfTheJoinedPart) {
             (std::vector<int>{0, 1, 1, 5001, 9999, 5002}));
 }
 
-// The headings that reach the information dump, in order.
-TEST(Banners, NameTheBlocksInOrder) {
+// Names of the blocks of a file that have entries, in the order of their bytes.
+std::string blocksOf(const std::string& path) {
+  embedded::BlockReader reader;
+  EXPECT_TRUE(reader.open(path));
+  std::string names;
+  for (const auto& block : reader.blocks())
+    for (const auto& layout : embedded::allLayouts())
+      if (layout.id == block.record.id && layout.block != embedded::Block::Header && !block.columns.empty())
+        names += std::string(layout.name) + ";";
+  return names;
+}
+
+// What reaches the information dump and the file, in order: "heading=block;", either of which may be absent.
+TEST(BlockOrder, IsThatOfTheVariant) {
+  const std::string nodes = "Writing Node=nodes;", conditions = "Writing BC Bin=boundaryConditions;";
+  const std::string announced = "Writing Binary OFE data=;" + nodes;
+  const std::string joinedMesh =
+      nodes +
+      "Writing ElemP=elementsPlastic;Writing ElemM=elementsMoldBase;Writing ElemC=elementsCoolChannel;"
+      "Writing ElemSurf PI=elementSurfaces;" +
+      conditions + "Writing ElemCCL=coolantChannelDiameters;";
+  const std::string joinedTables =
+      "=badElementsMoldBase;=badElementsCoolChannel;Writing ElemCCLine=coolantChannelLines;"
+      "Writing Sensor=sensors;Writing Mold Insert Data=moldMetal;"
+      "Writing Beam Element CCL=coolantChannelLayout;"
+      "Writing Surface Element Boundary Condition=surfaceBoundaryConditions;"
+      "Writing Write Ofe SurfElem BC Name Bin=surfaceBoundaryConditionNames;"
+      "Writing Mold Metal Layer=moldMetalLayers;Writing Part Insert Layer=partInsertLayers;"
+      "Writing Coolant Channel Layer=coolantChannelLayers;"
+      "Writing Cooling Channel Surface Bin Data=coolingChannelSurface;";
   const std::map<const Variant*, std::string> expected{
-      {&kChannelOnly,
-       "Writing Binary OFE data;Writing Node;Writing ElemCChannel;Writing Elem Surface CChannel;"
-       "Writing BC CChannel;"},
+      {&kChannelOnly, announced + "Writing ElemCChannel=elementsPlastic;"
+                                  "Writing Elem Surface CChannel=elementSurfaces;"
+                                  "Writing BC CChannel=boundaryConditions;"},
       {&kHotRunnerOnly,
-       "Writing Binary OFE data;Writing Node;Writing ElemP;Writing Elem Surface Hot runner;"
-       "Writing BC Bin;Writing Surface Element Boundary Condition;"
-       "Writing Write Ofe SurfElem BC Name Bin;"},
-      {&kStreamLine, "Writing Binary OFE data;Writing Node;Writing ElemP;Writing Elem Surface CChannel;"},
+       announced + "Writing ElemP=elementsPlastic;Writing Elem Surface Hot runner=elementSurfaces;" +
+           conditions +
+           "Writing Surface Element Boundary Condition=surfaceBoundaryConditions;"
+           "Writing Write Ofe SurfElem BC Name Bin=surfaceBoundaryConditionNames;=partingDirection;"},
+      {&kStreamLine,
+       announced + "Writing ElemP=elementsPlastic;Writing Elem Surface CChannel=elementSurfaces;"},
       {&kMoldBaseOnly,
-       "Writing Node;WriteOfeElemPBin_OnlyMoldbase;Writing Elem Surface Moldbase;Writing BC Bin;"
-       "Writing Sensor;Writing Beam Element CCL;Writing Mold Metal Layer;Writing Coolant Channel Layer;"},
-      {&kPartInsert,
-       "Writing Node;Writing ElemP;Writing ElemM;Writing ElemC;Writing ElemSurf PI;Writing BC Bin;"
-       "Writing ElemCCL;Writing ElemCCLine;Writing Sensor;Writing Mold Insert Data;Writing Beam Element CCL;"
-       "Writing Surface Element Boundary Condition;Writing Write Ofe SurfElem BC Name Bin;"
-       "Writing Mold Metal Layer;Writing Part Insert Layer;Writing Coolant Channel Layer;"
-       "Writing Cooling Channel Surface Bin Data;"},
-      {&kPartInsertAndChannel,
-       "Writing Node;Writing ElemP;Writing ElemM;Writing ElemC;Writing ElemSurf PI;Writing BC Bin;"
-       "Writing ElemCCL;Writing ElemCCLine;Writing Sensor;Writing Mold Insert Data;Writing Beam Element CCL;"
-       "Writing Surface Element Boundary Condition;Writing Write Ofe SurfElem BC Name Bin;"
-       "Writing Mold Metal Layer;Writing Part Insert Layer;Writing Coolant Channel Layer;"
-       "Writing Cooling Channel Surface Bin Data;"}};
+       nodes +
+           "WriteOfeElemPBin_OnlyMoldbase=elementsPlastic;Writing Elem Surface Moldbase=elementSurfaces;" +
+           conditions +
+           "Writing Sensor=sensors;Writing Beam Element CCL=coolantChannelLayout;"
+           "Writing Mold Metal Layer=partInsertLayers;Writing Coolant Channel Layer=coolantChannelLayers;"},
+      {&kPartInsert, joinedMesh + joinedTables},
+      {&kPartInsertAndChannel, joinedMesh + "=badElementsPlastic;" + joinedTables}};
   const TempDir dir;
   const std::string source = writeOfe(dir, moldJson());
-  for (const auto& [variant, titles] : expected) {
+  for (const auto& [variant, steps] : expected) {
     std::stringstream console;
     COrvSolverMeshWriter worker(console, console);
     ASSERT_EQ(worker.ReadDataBin(source.c_str(), (dir / "log").c_str(), 0, false), 1);
     std::ofstream(dir / "log").close();
     EXPECT_EQ(writeVariant(*variant, worker, (dir / "target.ofe").c_str()), 1);
-    std::string wanted;
-    std::istringstream list(titles);
-    for (std::string title; std::getline(list, title, ';');) wanted += "\n///\n/// " + title + "\n///\n";
-    std::ifstream log(dir / "log");
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(log), {}), wanted) << variant->name;
+    COrvMeshFormatTransfer transfer;  // with all passes before it
+    runVariant(transfer, variant->name, source, dir / "target.ofe");
+    std::string headings, blocks;
+    std::istringstream list(steps);
+    for (std::string heading, block; std::getline(list, heading, '=') && std::getline(list, block, ';');) {
+      if (!heading.empty()) headings += "\n///\n/// " + heading + "\n///\n";
+      if (!block.empty()) blocks += block + ";";
+    }
+    EXPECT_EQ(bytesOf(dir / "log"), headings) << variant->name;
+    EXPECT_EQ(blocksOf(dir / "target.ofe"), blocks) << variant->name;
   }
 }
 

@@ -38,7 +38,7 @@ class Variants : public ::testing::Test {
 };
 
 const char* const kConditions = "3:0:1 4:1:2.5 5:1:3 6:2:4 7:3:5 8:4:6 9:5:7 10:6:8 11:6:9 ";
-const Lines kJoinedPlastic{"1 2 3 4 | 1 1",   "2 3 4 5 | 2 201",  "3 4 5 6 | 1 300",
+const Lines kJoinedPlastic{"1 2 3 4 | 1 200", "2 3 4 5 | 2 201",  "3 4 5 6 | 1 300",
                            "4 5 6 7 | 1 301", "1 2 3 8 | 1 5002", "9 10 11 12 | 1 10001"};
 const Lines kContactFaces{"2 8 1 1 | 1 1 1 0 0 1", "9 11 10 10 | 1 5001 1 0 0 1",
                           "11 12 10 10 | 1 10002 1 0 0 1"};
@@ -71,14 +71,14 @@ TEST_F(Variants, HotRunnerKeepsItsFacesAndRenumbersGates) {
 TEST_F(Variants, StreamLineDoublesTheContactCode) {
   const auto file = run("stream-line");
   EXPECT_EQ(elementLines(file, "elementsPlastic"),
-            (Lines{"1 2 3 4 | 1 1", "2 3 4 5 | 2 201", "3 4 5 6 | 1 300", "4 5 6 7 | 1 301"}));
+            (Lines{"1 2 3 4 | 1 200", "2 3 4 5 | 2 201", "3 4 5 6 | 1 300", "4 5 6 7 | 1 301"}));
   EXPECT_EQ(block(file, "elementsPlastic")[0]["value"], 0.5);
   const auto lines = surfaceLines(file);
   ASSERT_EQ(lines.size(), 18U);
   EXPECT_EQ(lines[2], "2 3 5 5 | 1 1 1 1 2 1");
   EXPECT_EQ(lines[4], "3 4 6 6 | 1 0 0 7 3 0");
   EXPECT_EQ(lines[6], "4 5 6 7 | 1 1 1 9 4 306");
-  EXPECT_EQ(lines[16], "5 6 7 7 | 7 9 9 10 99 b");
+  EXPECT_EQ(lines[16], "5 6 7 7 | 7 9 9 5 99 b");
   expectAbsent(file, {"boundaryConditions", "elementsMoldBase", "elementsCoolChannel"});
 }
 
@@ -94,7 +94,7 @@ TEST_F(Variants, MoldBaseBecomesThePart) {
                    "12 13 15 15 | 1 1 10002 1 812 80000100", "12 15 16 16 | 4 1 1 9 1 80000200",
                    "13 14 16 16 | 1 2 1 1 80 80000300", "13 14 16 16 | 4 2 0 30 2 4d",
                    "2 14 15 15 | 4 3 2 4 3 4e", "13 15 16 16 | 1 1 10002 1 80 80000100",
-                   "12 13 16 16 | 4 1 1 6 1 0", "5 6 7 7 | 7 8 9 10 99 b", "1 3 4 4 | 1 1 1 0 1 903"}));
+                   "12 13 16 16 | 4 1 1 6 1 0", "5 6 7 7 | 7 8 9 5 99 b", "1 3 4 4 | 1 1 1 0 1 903"}));
   EXPECT_EQ(conditions(file), kConditions);
   COrvCCDataForSolver groups;
   transfer.GetCCCombineMeshDataAndMemory(groups);

