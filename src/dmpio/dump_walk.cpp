@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "base/failure.h"
+#include "base/nearest_name.h"
 #include "dmpio/text_input.h"
 #include "platform/binio.h"
 
@@ -91,6 +92,9 @@ class TextWalk {
     if (!input_.errorText().empty()) throw Failure(path_, input_.errorText());
   }
   std::optional<Block> blockOf(const Line& heading) const;
+  // Behind what was read last.
+  [[noreturn]] void failHere(const std::string& what) const;
+  [[noreturn]] void refuseHeading(const Line& heading) const;
   // True when an entry comes next: neither a heading nor the end.
   bool hasEntry();
   void walk(Block block);
@@ -101,6 +105,8 @@ class TextWalk {
   DumpVisitor& visitor_;
   TextInput input_;
   BlockSet seen_ = 0;
+  const BlockRow* last_ = nullptr;  // where the walk is: its block and the entries seen of it
+  std::int64_t entries_ = 0;
 };
 
 std::optional<Block> TextWalk::blockOf(const Line& heading) const {
@@ -110,6 +116,19 @@ std::optional<Block> TextWalk::blockOf(const Line& heading) const {
     if (heading.contains(row.searched) || heading.contains(written)) return static_cast<Block>(b);
   }
   return std::nullopt;
+}
+
+void TextWalk::failHere(const std::string& what) const {
+  const std::string place =
+      last_ == nullptr ? "the header" : last_->name + (" entry " + std::to_string(entries_));
+  throw Failure(path_, "behind " + place + ": " + what);
+}
+
+void TextWalk::refuseHeading(const Line& heading) const {
+  const std::string text(heading.text().substr(0, heading.text().find_first_of("\r\n")));
+  std::vector<std::string_view> known{"[EOF]"};
+  for (const BlockRow& row : kBlockRows) known.push_back(row.searched);
+  failHere("unknown heading " + text + " (nearest known: " + std::string(nearestName(text, known)) + ")");
 }
 
 bool TextWalk::hasEntry() {
@@ -127,26 +146,24 @@ void TextWalk::run() {
   while (hasEntry()) input_.readLine(line);  // the header's numbers
   while (input_.readLine(line) && !line.contains("[EOF]")) {
     const auto block = blockOf(line);
-    if (!block) {
-      const auto text = line.text();
-      throw Failure(path_, "unknown heading " + std::string(text.substr(0, text.find_first_of("\r\n"))));
-    }
+    if (!block) refuseHeading(line);
     if ((seen_ & setOf(*block)) != 0) fail(kBlockRows[*block], 0, "begins the block a second time");
     seen_ |= setOf(*block);
     walk(*block);
   }
   checkInput();
-  if (!line.contains("[EOF]")) throw Failure(path_, "is cut off: it does not end with [EOF]");
+  if (!line.contains("[EOF]")) failHere("is cut off: it does not end with [EOF]");
 }
 
 void TextWalk::walk(Block block) {
   const BlockRow& row = kBlockRows[block];
   visitor_.beginBlock(block);
-  for (std::int64_t entry = 0; hasEntry(); ++entry) {
+  last_ = &row;
+  for (entries_ = 0; hasEntry(); ++entries_) {
     if (row.shape == Shape::Groups)
-      walkGroup(row, entry);
+      walkGroup(row, entries_);
     else
-      walkLine(row, entry);
+      walkLine(row, entries_);
   }
   visitor_.endBlock();
 }

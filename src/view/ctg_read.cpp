@@ -125,7 +125,7 @@ class Reader {
     for (std::size_t slot = 0; slot < kNodeSlots; ++slot) {
       const std::int32_t node = line.integer("a node", 0, mesh_.counts[kCtgNodes]);
       if (node == 0) continue;
-      if (used++ != slot) line.fail("has a node behind an empty slot");
+      if (used++ != slot) line.fail("has a node behind an empty slot (legal: 0 at the end only)");
       mesh_.elementNodes.push_back(node);
     }
     mesh_.nodeOffsets.push_back(mesh_.elementNodes.size());
