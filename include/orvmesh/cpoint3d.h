@@ -6,4 +6,3 @@ struct CPoint3d {
   double y = 0;
   double z = 0;
 };
-inline auto orvmeshBad(auto x) { return x; }

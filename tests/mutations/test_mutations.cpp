@@ -183,13 +183,14 @@ const TextFormat kTextFormats[] = {
      },
      &useSnc, 1}};
 
-// One line: the file, the place in it (or that it is none of the kind), and what would be right.
+// One line: the file, the place in it (unless it is no such file at all), and what would be right.
 void expectClear(const std::string& line, const std::string& path) {
   static const std::regex place(
-      R"(line \d+|(element|face|node|record|entry) \d+|\w+\[\d+\]|group |\w+: unknown key|[\w.]+: |header|is empty|is no )");
+      R"(^(no JSON: )?line \d+|^(behind )?(element|face|node|\w+ entry) \d+|^[\w.]+(\[\d+\])+|: unknown key)"
+      R"(|group |^(header\.[\w.]+|top level): |the header|^has (version|no complete header)|^is (empty|no ))");
   static const std::regex remedy(
-      "legal|expected|nearest|needs|legal|expected|announces|cut |ends without|has no |twice|begin|no JSON|"
-      "the mesh|stand in the order|--|items|integer");
+      "legal|expected|nearest|needs|announces|cut |ends without|has no |twice|begin|no JSON|mesh|order|--|"
+      "items|integer");
   EXPECT_TRUE(line.starts_with(path + ": ")) << line;
   const std::string text = line.substr(std::min(line.size(), path.size() + 2));
   EXPECT_TRUE(std::regex_search(text, place)) << line;
