@@ -17,11 +17,26 @@ function(orvmesh_room name)
   target_link_libraries(room_${name} PRIVATE orvmesh_options PUBLIC ${ROOM_LINKS})
 endfunction()
 
+# The platform behind the declarations: the embedded one, or a library of the site's own. That one's symbols are not
+# shown by a shared library that takes them in.
+function(orvmesh_use_platform target)
+  if(ORVMESH_PLATFORM_LIBRARY)
+    target_link_libraries(${target} PRIVATE ${ORVMESH_PLATFORM_LIBRARY})
+    target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL)
+  else()
+    target_link_libraries(${target} PRIVATE room_embedded)
+  endif()
+endfunction()
+
 # A program (command, test, benchmark, fuzz target) takes the objects of all rooms it names, so that it can
 # reach what the shared library hides.
 function(orvmesh_use_rooms target)
   foreach(room IN LISTS ARGN)
-    target_link_libraries(${target} PRIVATE room_${room})
+    if(room STREQUAL "embedded")
+      orvmesh_use_platform(${target})
+    else()
+      target_link_libraries(${target} PRIVATE room_${room})
+    endif()
   endforeach()
   target_link_libraries(${target} PRIVATE orvmesh_options)
 endfunction()

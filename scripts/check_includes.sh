@@ -18,6 +18,7 @@ import:     base platform | nlohmann
 view:       base platform | nlohmann
 check:      base platform | nlohmann
 cli:        base platform embedded transfer dmpio sensor channel heatsource tools import view check | nlohmann CLI
+bindings:   base platform embedded transfer dmpio sensor channel heatsource tools import view check | pybind11
 "
 system='[a-z_0-9]+|(cxxabi|dirent|dlfcn|errno|fcntl|limits|locale|poll|signal|stdlib|sys/[a-z]+|unistd)\.h'
 failed=0
@@ -39,7 +40,7 @@ check_file() {
   done < <(sed -nE 's/^ *# *include +(["<][^">]+[">]).*/\1/; T; =; p' "$1" | paste -d: - -)
 }
 
-for folder in src/*/; do
+for folder in src/*/ python/bindings/; do
   room=$(basename "$folder")
   row=$(grep "^$room:" <<<"$rooms") || { complain "$folder: not in the list of rooms of $0"; continue; }
   IFS='|' read -r seen libraries <<<"${row#*:}"

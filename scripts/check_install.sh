@@ -34,6 +34,14 @@ for compiler in g++ clang++; do
   done
 done
 
+site=$prefix/lib/python3/dist-packages
+if [ -d "$site/orvmesh" ]; then
+  script='import orvmesh, sys; print(len(orvmesh.read(sys.argv[1]).nodes), orvmesh.__file__)'
+  PYTHONPATH=$site PYTHONDONTWRITEBYTECODE=1 /usr/bin/python3 -c "$script" "$work/mold.ofe" >"$work/told" ||
+    fail "the installed Python module does not run"
+  grep -q "$site" "$work/told" || fail "Python took another module: $(cat "$work/told")"
+fi
+
 (cd "$work" && quietly cpack --config "$build/CPackConfig.cmake" -B "$work/packages")
 root=$work/root
 mkdir -p "$root"/var/lib/dpkg/{info,updates,triggers}
@@ -44,7 +52,8 @@ chmod +x "$work/stub/ldconfig"
 in_root() { PATH="$work/stub:$PATH" quietly dpkg --force-script-chrootless --root="$root" --force-depends --force-not-root --force-bad-path --log="$work/dpkg.log" "$@"; }
 in_root --install "$work"/packages/*.deb
 quietly env LD_LIBRARY_PATH="$(dirname "$(find "$root/usr" -name 'liborvmesh.so.1')")" "$root/usr/bin/orvmesh" variants
-in_root --remove liborvmesh-dev orvmesh liborvmesh1
+mapfile -t packages < <(dpkg --root="$root" --get-selections | cut -f1)
+in_root --remove "${packages[@]}"
 left=$(find "$root/usr" -type f 2>/dev/null || true)
 [ -z "$left" ] || fail "the removed packages leave $left"
 echo "installed, packaged, linked, run and removed"

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Imports a mold, makes all six solver meshes and the CTG export with the orvmesh command, checks them and prints what
-they hold.
+"""Imports a mold, makes all six solver meshes, the CTG export and its OFV file with the orvmesh command, checks them
+and prints what they hold.
 
 Usage: demo_summary.py ORVMESH MESH.msh OUTPUT_FOLDER
 
@@ -18,6 +18,7 @@ import numpy as np
 
 import demo_channels
 import demo_heat
+import demo_ofv
 import demo_sensors
 import expected_blocks
 import expected_tables
@@ -185,7 +186,9 @@ def main(orvmesh, mesh, folder):
     losses = os.path.join(os.path.dirname(mesh), "..", "heat", "losses.txt")
     if os.path.exists(losses):
         complaints += demo_heat.map_losses(orvmesh, [*options, mesh], losses, folder)
-    complaints += export_ctg(orvmesh, component, os.path.join(folder, "mold.ctg"))
+    ctg = os.path.join(folder, "mold.ctg")
+    complaints += export_ctg(orvmesh, component, ctg)
+    complaints += demo_ofv.make_ofv(orvmesh, component, ctg, folder)
     for text in complaints:
         print(f"demo: {text}", file=sys.stderr)
     if complaints:

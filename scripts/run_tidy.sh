@@ -32,7 +32,7 @@ export -f tidy_one
 import json, os, shlex, sys
 for entry in json.load(open(os.path.join(sys.argv[1], "compile_commands.json"))):
     path = os.path.relpath(entry["file"])
-    if path.startswith(("src/", "include/", "tests/", "bench/", "fuzz/")):
+    if path.startswith(("src/", "include/", "python/", "tests/", "bench/", "fuzz/")):
         words = [w for w in shlex.split(entry["command"]) if w != "-c" and "ccache" not in os.path.basename(w)]
         words[words.index("-o"):words.index("-o") + 2] = ["-E", "-P", "-C"]
         print(path, f"cd {shlex.quote(entry['directory'])} && {shlex.join(words)}", sep="\0", end="\0")

@@ -19,8 +19,9 @@ int main(int argc, char** argv) {
   transfer.SetStopOnRefusedSource(true);
   transfer.SetKeepTargetNumbers(true);
   const int result = transfer.TransferMesh_CombinePIAndChannel(argv[1], argv[2]);
-  if (*transfer.GetErrorMessage_Link() != '\0' || result < 1) {
-    std::fprintf(stderr, "assemble: %s\n", result < 1 ? "nothing to join" : transfer.GetErrorMessage_Link());
+  const char* const error = transfer.GetErrorMessage_Link();
+  if (*error != '\0' || result < 1) {
+    std::fprintf(stderr, "assemble: %s\n", *error != '\0' ? error : "nothing to join");
     return 1;
   }
 

@@ -33,6 +33,18 @@ enum TargetNumbering : int {
   TargetNumbering_Sensor
 };
 
+// Results of the cavity operations.
+enum CavityResult : int {
+  CavityResult_Done = 1,
+  CavityResult_Refused = 0,      // an array or a count does not fit
+  CavityResult_OutOfOrder = -1,  // another operation must be called first
+  CavityResult_NotWritten = -2,  // the file could not be written; a file of that name is as it was
+  CavityResult_OutOfMemory = -3
+};
+
+// What SetCTGCavityInfo tells about a cavity.
+enum CavityKind : int { CavityKind_Other = 0, CavityKind_Channel = 1 };
+
 // Assembles the meshes that the cooling solver reads from one component OFE file, in six variants.
 //
 // Each TransferMesh_ operation takes the source path and the target path, reads the whole source, and writes
@@ -92,6 +104,55 @@ class ORVMESH_API COrvMeshFormatTransfer {
   // that out already holds are kept when they are large enough; entries 1..m_Dim of m_NodeID are filled, the
   // rest stays.
   void GetCCCombineMeshDataAndMemory(COrvCCDataForSolver& out) const;
+
+  // Cavity to OFV: a finite-volume mesh given as arrays becomes an OFV file.
+  //
+  // The mesh is kept in ONE record of the module, not in the object: whatever object is asked, it is the same
+  // mesh, and two threads must not be in these operations at the same time, not even through two objects.
+  // FreeMemory frees the record; so does the end of the process.
+  //
+  // Order: SetCTGMeshInfo; then SetCTGCavityInfo, SetCTGCavityCellInfo, SetCTGCavityNodeInfo,
+  // SetCTGCavityFaceInfo and, with inlets, SetInletID2ChannelGrpID; the path at any time; then GetTransOFV or
+  // GetTransOFV_OnlyChannel, as often as wanted. An operation that is called too early names the one to call
+  // first. One that is called again replaces its data, and what was checked against them must be given again:
+  // cells and faces after cavities, faces after cells or nodes, everything but the path after
+  // SetCTGMeshInfo.
+  //
+  // Arrays belong to the caller, are copied, and count from 1: N+1 entries, entry 0 is not looked at. All are
+  // checked when they are given; data that are refused change nothing.
+  //
+  // Each returns a CavityResult: 1 done, below 1 not; GetErrorMessage_Link then tells why in one line. None
+  // throws. What the getters hand out of the last TransferMesh_ operation stays.
+
+  // The file to write, a path of any length.
+  int SetCTG2OFVFilePath(const char* path);
+  // Sizes of the arrays: all at least 1, inlets at least 0; faceNodeCount is the sum of the faces' nodes.
+  int SetCTGMeshInfo(int nodeCount, int faceCount, long long faceNodeCount, int cellCount, int cavityCount,
+                     int inletCount);
+  // cavityCount+1 each: the number that the model has for the cavity (any, each once) and its CavityKind.
+  int SetCTGCavityInfo(const int* number, const int* kind);
+  // cellCount+1: the cavity of each cell, 1 to cavityCount (its place above, not its number).
+  int SetCTGCavityCellInfo(const int* cavity);
+  // nodeCount+1 each: finite coordinates.
+  int SetCTGCavityNodeInfo(const double* x, const double* y, const double* z);
+  // faceCount+1: nodes of each face (3 or more), its owner (a cell), its neighbour (another cell, 0 on the
+  // boundary). nodes, faceNodeCount+1: the nodes of face 1 from entry 1 on, then those of face 2 and so on,
+  // counter-clockwise seen from outside the owner. Refused: a node twice in a face; two faces with the same
+  // nodes; a cell with fewer than 4 faces; a cell that is not closed: its faces must pass each of their edges
+  // once in each sense, and their outward area vectors add up to at most 1e-9 of the largest of them (of
+  // cells thinner than that, 1e-14 of the square of their length); a cavity of negative volume, whose faces
+  // point inwards.
+  int SetCTGCavityFaceInfo(const int* nodeCount, const int* nodes, const int* owner, const int* neighbour);
+  // inletCount+1 each: the inlets (any IDs, each once) and the channel group (0 to 1000) that each belongs
+  // to. Not needed without inlets.
+  int SetInletID2ChannelGrpID(const int* inletID, const int* channelGroup);
+  // Writes the whole mesh. The file appears complete or not at all.
+  int GetTransOFV();
+  // Writes the cells of the channels alone, with their faces, nodes and cavities, numbered without gaps in
+  // the order given; faces against other cells become boundary faces. Refused when there is no such cell.
+  int GetTransOFV_OnlyChannel();
+  // Empties the record, the path included.
+  void FreeMemory();
 
   // Additional operations.
 

@@ -13,6 +13,7 @@ using Job = std::function<int()>;
 void addImport(CLI::App& app, Job& job);
 void addInfo(CLI::App& app, Job& job);
 void addCtg(CLI::App& app, Job& job);
+void addOfv(CLI::App& app, Job& job);
 void addDump(CLI::App& app, Job& job);
 void addLoad(CLI::App& app, Job& job);
 void addCheck(CLI::App& app, Job& job);

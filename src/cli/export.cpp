@@ -5,6 +5,7 @@
 #include "cli/commands.h"
 #include "cli/progress.h"
 #include "view/export_vtu.h"
+#include "view/ofv_read.h"
 
 namespace orvmesh::cli {
 namespace {
@@ -18,8 +19,16 @@ view::VtuExport write(const Options& options) {
   return view::exportVtu(options.source, options.target);
 }
 
+int exportPolyhedra(const Options& options) {
+  const ProgressLine progress("exporting " + options.source);
+  const auto cells = view::exportOfv(options.source, options.target);
+  std::printf("%s: %lld polyhedra\n", options.target.c_str(), static_cast<long long>(cells));
+  return 0;
+}
+
 int exportFile(const Options& options) {
   requireOtherFile(options.target, {options.source});
+  if (view::looksLikeOfv(options.source)) return exportPolyhedra(options);
   const auto done = write(options);
   std::printf("%s: %lld elements\n%s: %lld surface elements\n", options.target.c_str(),
               static_cast<long long>(done.cells), done.surfacePath.c_str(),
@@ -35,8 +44,9 @@ std::string wrongSuffix(const std::string& path) {
 
 void addExport(CLI::App& app, Job& job) {
   const auto options = std::make_shared<Options>();
-  auto* command = app.add_subcommand("export", "Write an OFE file as VTK files, to look at in ParaView");
-  command->add_option("FILE", options->source, "OFE file")->required();
+  auto* command =
+      app.add_subcommand("export", "Write an OFE or OFV file as VTK files, to look at in ParaView");
+  command->add_option("FILE", options->source, "OFE or OFV file")->required();
   command->add_option("OUT", options->target, "VTK XML file to write (.vtu)")->required()->check(wrongSuffix);
   command->footer(
       "Two unstructured grids, coordinates in model units (the file's times its length factor):\n"
@@ -46,6 +56,7 @@ void addExport(CLI::App& app, Job& job) {
       "                  contactCode, boundaryType, elementNo, tag, group (the tag's), surface (number);\n"
       "                  point array node (number)\n"
       "Neither file is touched before both are complete.\n"
+      "An OFV file becomes one grid of polyhedra; cell arrays cavity (number), kind (1 channel), cell.\n"
       "Example: orvmesh export mold.ofe mold.vtu");
   command->callback([&job, options] { job = [options] { return exportFile(*options); }; });
 }

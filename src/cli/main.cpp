@@ -17,7 +17,7 @@ constexpr int kWrongUsage = 2;
 void addSubcommands(CLI::App& app, Job& job) {
   using namespace orvmesh::cli;
   for (const auto add : {addImport, addInfo, addCheck, addDump, addLoad, addExport, addTransfer, addCtg,
-                         addDmp, addSensors, addSnc, addChannels, addMap, addHeat, addVariants})
+                         addOfv, addDmp, addSensors, addSnc, addChannels, addMap, addHeat, addVariants})
     add(app, job);
 }
 

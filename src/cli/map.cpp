@@ -14,6 +14,7 @@
 #include "platform/cofedata.h"
 #include "view/distance_summary.h"
 #include "view/export_vtu.h"
+#include "view/ofv_read.h"
 #include "view/point_table.h"
 #include "view/text_io.h"
 
@@ -23,7 +24,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 struct Options {
-  std::string file, points, target;
+  std::string file, points, values, target;
   bool json = false, stl = false;
 };
 
@@ -143,10 +144,22 @@ MappedResult mapAndWrite(const Options& options, const view::PointTable& points)
   return result;
 }
 
+view::PointTable readPoints(const Options& options) {
+  const bool isOfv = view::looksLikeOfv(options.points);
+  if (isOfv && options.values.empty())
+    throw Failure(options.points,
+                  "is an OFV file, which has points alone (name their values: --values FILE)");
+  if (!isOfv && !options.values.empty())
+    throw Failure(options.points, "is no OFV file (legal with --values: an OFV file)");
+  view::PointTable points =
+      isOfv ? view::readPointsOfOfv(options.points, options.values) : view::readPointTable(options.points);
+  if (points.count() == 0) throw Failure(options.points, "has no points (legal: one or more)");
+  return points;
+}
+
 int mapResult(const Options& options) {
-  requireOtherFile(options.target, {options.file, options.points});
-  const view::PointTable points = view::readPointTable(options.points);
-  if (points.count() == 0) throw Failure(options.points, "has no points (legal: lines of x y z value)");
+  requireOtherFile(options.target, {options.file, options.points, options.values});
+  const view::PointTable points = readPoints(options);
   const MappedResult result = mapAndWrite(options, points);
   const view::DistanceSummary distances = summarize(result);
   const auto before = rangeOf(points.value, 1), after = rangeOf(result.values, 0);
@@ -201,8 +214,12 @@ void addMap(CLI::App& app, Job& job) {
 
   auto* const result =
       addVerb(*group, job, options, "result", "Map values at points onto the nodes of a mesh", &mapResult);
-  result->add_option("POINTS", options->points, "text table, a point a line: x y z value (model units)")
+  result
+      ->add_option("POINTS", options->points,
+                   "text table, a point a line: x y z value (model units); or an OFV file")
       ->required();
+  result->add_option("--values", options->values,
+                     "values at the points of the OFV file: text, one a line, in their order");
   result->add_option("-o,--output", options->target, "VTK XML file to write (.vtu)")
       ->required()
       ->check(wrongSuffix);

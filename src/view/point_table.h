@@ -17,4 +17,8 @@ struct PointTable {
 // everything else.
 PointTable readPointTable(const std::string& path);
 
+// The points of an OFV file; their values, one a line in the order of the points, from a text as above.
+// Throws Failure, also when there are not as many of both.
+PointTable readPointsOfOfv(const std::string& path, const std::string& valuesPath);
+
 }  // namespace orvmesh::view

@@ -118,6 +118,23 @@ bool readModel() {
   return data.ReadDataBin("mold.ofe", nullptr, 0, false) == 1 && !data.contactFaces().empty();
 }
 
+// A tetrahedron as a channel, by all operations that make an OFV file of it.
+bool makeOfv(int (COrvMeshFormatTransfer::*write)()) {
+  static constexpr double kX[] = {0, 0, 1, 0, 0}, kY[] = {0, 0, 0, 1, 0}, kZ[] = {0, 0, 0, 0, 1};
+  static constexpr int kCounts[] = {0, 3, 3, 3, 3}, kNodes[] = {0, 1, 3, 2, 1, 2, 4, 2, 3, 4, 1, 4, 3};
+  static constexpr int kOnes[] = {0, 1, 1, 1, 1}, kZeros[] = {0, 0, 0, 0, 0};
+  COrvMeshFormatTransfer t;
+  const bool given = t.SetCTG2OFVFilePath("target") == 1 && t.SetCTGMeshInfo(4, 4, 12, 1, 1, 1) == 1 &&
+                     t.SetCTGCavityInfo(kOnes, kOnes) == 1 && t.SetCTGCavityCellInfo(kOnes) == 1 &&
+                     t.SetCTGCavityNodeInfo(kX, kY, kZ) == 1 &&
+                     t.SetCTGCavityFaceInfo(kCounts, kNodes, kOnes, kZeros) == 1 &&
+                     t.SetInletID2ChannelGrpID(kOnes, kOnes) == 1;
+  const bool written = given && (t.*write)() == CavityResult_Done;
+  EXPECT_EQ(written, *t.GetErrorMessage_Link() == '\0');
+  t.FreeMemory();
+  return written;
+}
+
 const Operation kOperations[] = {
     transfer("channels", [](auto& t, char* s, char* d) { t.TransferMesh_OnlyChannel(s, d); }),
     transfer("hot runner", [](auto& t, char* s, char* d) { t.TransferMesh_OnlyHotRunner(s, d); }),
@@ -158,6 +175,8 @@ const Operation kOperations[] = {
        COrvSensorMappingTools tools;
        return tools.SetMeshFilePath("mold.ofe") && tools.GetSensorDisplayID(1) != 0;
      }},
+    {"cavity to OFV", [] { return makeOfv(&COrvMeshFormatTransfer::GetTransOFV); }},
+    {"channels to OFV", [] { return makeOfv(&COrvMeshFormatTransfer::GetTransOFV_OnlyChannel); }},
     {"OFE write", [] { return writeAllBlocks("target") == 1; }, true},
     {"OFE read", [] { return readAll("all.ofe"); }, true},
     {"model", readModel, true},

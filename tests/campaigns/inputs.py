@@ -12,7 +12,7 @@ MOLD = {
     "format": "ofe-json", "version": 1, "header": {"fields": {"0": 14001}, "source": "a", "unit": "mm"},
     "nodes": [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1], [1, 1, 1], [2, 0, 0.5]],
     "elementsPlastic": [{"nodes": [1, 2, 3, 4], "a": 1, "b": 201}],
-    "elementsMoldBase": [{"nodes": [2, 3, 4, 5], "a": 5002, "b": 1}, {"nodes": [2, 4, 5, 6], "a": 1, "b": 1}],
+    "elementsMoldBase": [{"nodes": [2, 3, 4, 5], "a": 5002, "b": 1}, {"nodes": [2, 5, 4, 6], "a": 1, "b": 1}],
     "elementsCoolChannel": [{"nodes": [1, 2, 3, 5], "a": 1, "b": 3}, {"nodes": [1, 2, 4, 6], "a": 2, "b": 4}],
     "elementSurfaces": [
         {"nodes": [2, 3, 4, 4], "interfaceId": 1, "elementNo": 1, "tag": 1},
@@ -112,6 +112,8 @@ COMMANDS = {
     "dmp dump": (["dmp", "dump", "map.dmp", "-o", "out.json"], ["out.json"]),
     "dump": (["dump", "mold.ofe", "-o", "out.json"], ["out.json"]),
     "export": (["export", "mold.ofe", "out.vtu"], ["out.vtu", "out_surfaces.vtu"]),
+    "ofv": (["ofv", "mold.ctg", "out.ofv"], ["out.ofv"]),
+    "export, OFV": (["export", "mold.ofv", "out.vtu"], ["out.vtu"]),
     "snc": (["snc", "history.snc", "mold.ofe"], ["history.snc"]),
     "snc -o": (["snc", "history.snc", "mold.ofe", "-o", "out.snc"], ["out.snc"]),
 }
@@ -142,6 +144,12 @@ def small_inputs(folder):
     put(folder, "map.dmp", DMP)
     put(folder, "history.snc", SNC)
     must(["load", "mold.json", "mold.ofe"], folder)
+    make_finite_volumes(folder)
+
+
+def make_finite_volumes(folder):
+    must(["ctg", "mold.ofe", "mold.ctg"], folder)
+    must(["ofv", "mold.ctg", "mold.ofv"], folder)
 
 
 def example_inputs(folder):
@@ -152,6 +160,7 @@ def example_inputs(folder):
             put(folder, name, file.read())
     must(["import", "--roles", "roles.json", "mold.msh", "mold.ofe"], folder)
     must(["dump", "mold.ofe", "-o", "mold.json"], folder)
+    make_finite_volumes(folder)
     must(["transfer", "part-inserts", "mold.ofe", "solver.ofe", "--dmp", "map.dmp", "--dmp-version", "1023"], folder)
 
 

@@ -18,7 +18,10 @@
 #include "embedded/block_reader.h"
 #include "import/import.h"
 #include "platform/cofedata.h"
+#include "platform/ofv_reader.h"
+#include "platform/ofv_writer.h"
 #include "sensor/snc_rewrite.h"
+#include "support/box_grid.h"
 #include "support/everything.h"
 #include "support/json_mesh.h"
 #include "view/ctg_mesh.h"
@@ -63,6 +66,11 @@ std::string refusalOfBlocks(const std::string& path) {
   return {};
 }
 
+std::string ofvRefusal(const std::string& path) {
+  COrvOFVReader reader;
+  return reader.open(path.c_str()) == 1 ? std::string() : reader.errorText();
+}
+
 std::string dumpRefusal(const std::string& path) {
   try {
     dmpio::dumpAsJson(path, [](std::string_view) {});
@@ -98,6 +106,13 @@ TEST(Mutations, OfABlockDumpAreAllReported) {
   const TempDir dir;
   ASSERT_EQ(writeFile(dir / "map.dmp", 2004, everything()), 1);
   expectAllReported(bytesOf(dir / "map.dmp"), 3, &dumpRefusal);
+}
+
+TEST(Mutations, OfAnOfvFileAreAllReported) {
+  const TempDir dir;
+  COrvOFVWriter writer;
+  ASSERT_EQ(writeWholeOFV(writer, (dir / "mesh.ofv").c_str(), BoxGrid({1, 1, 1}).mesh()), 1);
+  expectAllReported(bytesOf(dir / "mesh.ofv"), 1, &ofvRefusal);
 }
 
 // A reader of text: throws Failure, or uses what it accepted and fails the test when that is no valid model.
