@@ -163,9 +163,9 @@ class ORVMESH_API COrvMeshFormatTransfer {
   // output. Off as constructed.
   void SetSTLDiagnostics(bool on);
   // With true, a source that is refused stops an operation before it touches the target; the operation then
-  // returns 0 and the getters keep the results of the operation before. A source of which a part cannot be read
-  // any more once its mesh was (inlets, gates, contact faces) leaves the target as it was. As constructed, operations go on with
-  // an empty mesh and may write a file that holds a header only.
+  // returns 0 and the getters keep the results of the operation before. A source of which a part cannot be
+  // read any more once its mesh was (inlets, gates, contact faces) leaves the target as it was. As
+  // constructed, operations go on with an empty mesh and may write a file that holds a header only.
   void SetStopOnRefusedSource(bool stop);
   // What went wrong in the last operation, one line that names the file; empty when nothing did. Valid until
   // the next operation.

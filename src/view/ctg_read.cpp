@@ -63,7 +63,8 @@ class Reader {
     section("Moldbase Sensor Mapping", kCtgSensors, nothing);
     section("Inlet Face", kCtgInletFaces, nothing);
     section("Outlet Face", kCtgOutletFaces, nothing);
-    if (std::string_view line; lines_.next(line)) lines_.fail("stands behind the end of the last section (legal: nothing)");
+    if (std::string_view line; lines_.next(line))
+      lines_.fail("stands behind the end of the last section (legal: nothing)");
     return std::move(mesh_);
   }
 
