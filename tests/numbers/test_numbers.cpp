@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <orvmesh/mesh_format_transfer.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -8,8 +7,8 @@
 #include <span>
 
 #include "dmpio/dump_content.h"
-#include "dmpio/number_maps.h"
 #include "support/random_mold.h"
+#include "support/recorded_numbers.h"
 #include "transfer/mold.h"
 
 // The numbers that a transfer gives lead from the source to the target, what stands in the target leads back,
@@ -143,24 +142,9 @@ std::size_t expectThereAndBack(const std::vector<Entity>& source, Numbers number
   return count;
 }
 
-Numbers numbersOf(const COrvMeshFormatTransfer& transfer, TargetNumbering of) {
-  int count = 0;
-  const int* const values = transfer.GetTargetNumbers_Link(of, count);
-  return {values + 1, static_cast<std::size_t>(count)};
-}
-
 // A dump holds the same numbers.
 void expectRecorded(const COrvMeshFormatTransfer& transfer, const std::string& path, int version) {
-  int count = 0;
-  const int* const ends = transfer.GetChannelEnds_Link(count);
-  const auto of = [&](TargetNumbering what) { return numbersOf(transfer, what); };
-  const dmpio::NumberMaps maps{of(TargetNumbering_Node),
-                               of(TargetNumbering_ElementPlastic),
-                               of(TargetNumbering_ElementMoldBase),
-                               of(TargetNumbering_ElementCoolChannel),
-                               of(TargetNumbering_ElementSurface),
-                               of(TargetNumbering_Sensor),
-                               {ends + 1, static_cast<std::size_t>(count)}};
+  const dmpio::NumberMaps maps = numberMapsOf(transfer);
   dmpio::writeNumberMaps(maps, path, version);
   Content expected;
   for (int n = 1; n <= static_cast<int>(maps.nodes.size()); ++n) expected.nodes.emplace_back(n, n);
