@@ -151,8 +151,9 @@ void useDump(const std::string& path, const TempDir& dir) {
   dump.convert(path.c_str(), (dir / "copy").c_str(), 2004);
   if (*dump.getErrorText() != '\0') throw Failure(path, dump.getErrorText());
   EXPECT_EQ(dumpRefusal(dir / "copy"), "");
+  // As it is read: entries that the header's counts do not admit are written, but not found (quirk 34).
   dump.convert((dir / "copy").c_str(), (dir / "again").c_str(), 2004);
-  EXPECT_EQ(bytesOf(dir / "again"), bytesOf(dir / "copy"));
+  EXPECT_EQ(readFile(dir / "again"), readFile(dir / "copy"));
 }
 
 void useCtg(const std::string& path, const TempDir&) { view::ctgInfoAsText(path); }
