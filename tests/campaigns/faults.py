@@ -20,6 +20,7 @@ import os
 import random
 import re
 import resource
+import shutil
 import signal
 import subprocess
 import sys
@@ -164,6 +165,8 @@ class Campaign:
         try:
             self.folder = disk
             inputs.restore(disk, self.before)
+            for name in self.before:  # the time of a mesh file is the date of what is imported
+                shutil.copystat(os.path.join(home, name), os.path.join(disk, name))
             status = os.statvfs(disk)
             used = (status.f_blocks - status.f_bfree) * status.f_frsize
             room = 8 * block + sum(len(self.after[name]) for name in self.targets)

@@ -41,9 +41,9 @@ int elementsOnFace(const Mold& mold, const Mold::Face& face, int list, int first
   int count = 0;
   for (const auto& element : mold.elements[list])
     for (const LocalFace& local : facesOf(static_cast<int>(element.nodes.size()))) {
-      std::vector<int> nodes;
-      for (int k = 0; k < local.nodeCount; ++k)
-        nodes.push_back(element.nodes[static_cast<std::size_t>(local.nodes[k])]);
+      std::vector<int> nodes(static_cast<std::size_t>(local.nodeCount));
+      for (std::size_t k = 0; k < nodes.size(); ++k)
+        nodes[k] = element.nodes[static_cast<std::size_t>(local.nodes[k])];
       count += isIn(element.a, firstA, lastA) && placesOf(mold, nodes) == places;
     }
   return count;

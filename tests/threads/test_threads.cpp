@@ -237,6 +237,7 @@ Files doAllJobs(const std::string& folder) {
 void inParallel(const auto& work) {
   std::barrier start(kThreads);
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (int i = 0; i < kThreads; ++i)
     threads.emplace_back([&, i] {
       start.arrive_and_wait();
