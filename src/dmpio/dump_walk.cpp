@@ -92,8 +92,7 @@ class TextWalk {
     if (!input_.errorText().empty()) throw Failure(path_, input_.errorText());
   }
   std::optional<Block> blockOf(const Line& heading) const;
-  // Behind what was read last.
-  [[noreturn]] void failHere(const std::string& what) const;
+  std::string place() const;  // behind what was read last
   [[noreturn]] void refuseHeading(const Line& heading) const;
   // True when an entry comes next: neither a heading nor the end.
   bool hasEntry();
@@ -118,17 +117,17 @@ std::optional<Block> TextWalk::blockOf(const Line& heading) const {
   return std::nullopt;
 }
 
-void TextWalk::failHere(const std::string& what) const {
-  const std::string place =
-      last_ == nullptr ? "the header" : last_->name + (" entry " + std::to_string(entries_));
-  throw Failure(path_, "behind " + place + ": " + what);
+std::string TextWalk::place() const {
+  return last_ == nullptr ? "behind the header"
+                          : std::string("behind ") + last_->name + " entry " + std::to_string(entries_);
 }
 
 void TextWalk::refuseHeading(const Line& heading) const {
   const std::string text(heading.text().substr(0, heading.text().find_first_of("\r\n")));
   std::vector<std::string_view> known{"[EOF]"};
   for (const BlockRow& row : kBlockRows) known.push_back(row.searched);
-  failHere("unknown heading " + text + " (nearest known: " + std::string(nearestName(text, known)) + ")");
+  throw Failure(path_, "unknown heading " + text + " " + place() +
+                           " (nearest known: " + std::string(nearestName(text, known)) + ")");
 }
 
 bool TextWalk::hasEntry() {
@@ -152,7 +151,7 @@ void TextWalk::run() {
     walk(*block);
   }
   checkInput();
-  if (!line.contains("[EOF]")) failHere("is cut off: it does not end with [EOF]");
+  if (!line.contains("[EOF]")) throw Failure(path_, "is cut off " + place() + ": it does not end with [EOF]");
 }
 
 void TextWalk::walk(Block block) {

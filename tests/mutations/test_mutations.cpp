@@ -217,7 +217,7 @@ const TextFormat kTextFormats[] = {
 // One line: the file, the place in it (unless it is no such file at all), and what would be right.
 void expectClear(const std::string& line, const std::string& path) {
   static const std::regex place(
-      R"(^(no JSON: )?line \d+|^(behind )?(element|face|node|\w+ entry) \d+|^[\w.]+(\[\d+\])+|: unknown key)"
+      R"(^(no JSON: )?line \d+|^(element|face|node) \d+|\w+ entry \d+|^[\w.]+(\[\d+\])+|: unknown key)"
       R"(|group |^(header\.[\w.]+|top level): |the header|^has (version|no complete header)|^is (empty|no ))");
   static const std::regex remedy(
       "legal|expected|nearest|needs|announces|cut |ends without|has no |twice|begin|no JSON|mesh|order|--|"
