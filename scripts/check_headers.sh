@@ -1,11 +1,19 @@
 #!/usr/bin/env bash
-# Does every header compile alone?
+# Does every header compile alone: the project's own as C++20, the exported ones as C++17 and C++20 with both compilers?
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# alone COMPILER STANDARD HEADER
 alone() {
-  echo "#include \"${1#*/}\"" | g++ -std=c++20 -Wall -Wextra -Werror -fsyntax-only -Iinclude -Isrc -x c++ - ||
-    { echo "$1: does not compile alone" >&2; return 1; }
+  local options=(-Isrc)
+  [[ $3 != include/* ]] || options=(-Wpedantic)
+  echo "#include \"${3#*/}\"" |
+    "$1" -std="$2" -Wall -Wextra "${options[@]}" -Werror -fsyntax-only -Iinclude -x c++ - ||
+    { echo "$3: does not compile alone ($1 -std=$2)" >&2; return 1; }
 }
 export -f alone
-git ls-files -z --cached --others --exclude-standard -- 'src/*.h' 'include/*.h' |
-  xargs -0 -r -n 1 -P "$(nproc)" bash -c 'alone "$1"' alone
+headers() { git ls-files -z --cached --others --exclude-standard -- "$1"; }
+each() { xargs -0 -r -n 1 -P "$(nproc)" bash -c 'alone "$@"' alone "$@"; }
+headers 'src/*.h' | each g++ c++20
+for compiler in g++ clang++; do
+  for standard in c++17 c++20; do headers 'include/*.h' | each $compiler $standard; done
+done

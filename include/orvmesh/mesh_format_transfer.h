@@ -50,8 +50,9 @@ enum CavityKind : int { CavityKind_Other = 0, CavityKind_Channel = 1 };
 // Each TransferMesh_ operation takes the source path and the target path, reads the whole source, and writes
 // the target, which appears complete or not at all. The source is never changed; it may be the target. Paths
 // may have any length and must not be null. While an operation runs, the log "MeshTranslate.log" stands in
-// the current directory; it is deleted at the end. Two objects must not run at the same time in one directory
-// for that reason.
+// the current directory; it is deleted at the end. Objects in different threads do not disturb each other.
+// Operations that run at once in one directory share the log: each that begins empties it, each that ends
+// deletes it, and no result depends on it.
 //
 // No operation reports a bad source or an unwritable target through its result; GetErrorMessage_Link tells.
 // Only an allocation failure leaves an operation as an exception. Copies of an object share its result
@@ -163,8 +164,9 @@ class ORVMESH_API COrvMeshFormatTransfer {
   // output. Off as constructed.
   void SetSTLDiagnostics(bool on);
   // With true, a source that is refused stops an operation before it touches the target; the operation then
-  // returns 0 and the getters keep the results of the operation before. As constructed, operations go on with
-  // an empty mesh and may write a file that holds a header only.
+  // returns 0 and the getters keep the results of the operation before. The target also stays when the source
+  // cannot be read again later (for inlets, gates or contact faces). As constructed, operations go on with an
+  // empty mesh and may write a file that holds a header only.
   void SetStopOnRefusedSource(bool stop);
   // What went wrong in the last operation, one line that names the file; empty when nothing did. Valid until
   // the next operation.

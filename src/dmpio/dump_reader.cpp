@@ -53,7 +53,9 @@ int DumpReader::beginText(const char* path, Header header, int version) {
     return fail(result, "has version " + std::to_string(version) +
                             " (legal: 1020, 1022, 1023, 2001 and above in the block form)");
   if (text_.readHeader(header)) return 1;
-  return fail(0, text_.errorText().empty() ? "has no complete header" : text_.errorText());
+  return fail(0, text_.errorText().empty() ? "has no complete header (expected: line 1 begins with 1, then "
+                                             "[HEADER], then lines of numbers up to a '[')"
+                                           : text_.errorText());
 }
 
 int DumpReader::beginBlocks(Header header, int version) {

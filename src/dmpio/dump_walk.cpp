@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "base/failure.h"
+#include "base/nearest_name.h"
 #include "dmpio/text_input.h"
 #include "platform/binio.h"
 
@@ -91,6 +92,8 @@ class TextWalk {
     if (!input_.errorText().empty()) throw Failure(path_, input_.errorText());
   }
   std::optional<Block> blockOf(const Line& heading) const;
+  std::string place() const;  // behind what was read last
+  [[noreturn]] void refuseHeading(const Line& heading) const;
   // True when an entry comes next: neither a heading nor the end.
   bool hasEntry();
   void walk(Block block);
@@ -101,6 +104,8 @@ class TextWalk {
   DumpVisitor& visitor_;
   TextInput input_;
   BlockSet seen_ = 0;
+  const BlockRow* last_ = nullptr;  // where the walk is: its block and the entries seen of it
+  std::int64_t entries_ = 0;
 };
 
 std::optional<Block> TextWalk::blockOf(const Line& heading) const {
@@ -110,6 +115,19 @@ std::optional<Block> TextWalk::blockOf(const Line& heading) const {
     if (heading.contains(row.searched) || heading.contains(written)) return static_cast<Block>(b);
   }
   return std::nullopt;
+}
+
+std::string TextWalk::place() const {
+  return last_ == nullptr ? "behind the header"
+                          : std::string("behind ") + last_->name + " entry " + std::to_string(entries_);
+}
+
+void TextWalk::refuseHeading(const Line& heading) const {
+  const std::string text(heading.text().substr(0, heading.text().find_first_of("\r\n")));
+  std::vector<std::string_view> known{"[EOF]"};
+  for (const BlockRow& row : kBlockRows) known.push_back(row.searched);
+  throw Failure(path_, "unknown heading " + text + " " + place() +
+                           " (nearest known: " + std::string(nearestName(text, known)) + ")");
 }
 
 bool TextWalk::hasEntry() {
@@ -127,26 +145,24 @@ void TextWalk::run() {
   while (hasEntry()) input_.readLine(line);  // the header's numbers
   while (input_.readLine(line) && !line.contains("[EOF]")) {
     const auto block = blockOf(line);
-    if (!block) {
-      const auto text = line.text();
-      throw Failure(path_, "unknown heading " + std::string(text.substr(0, text.find_first_of("\r\n"))));
-    }
+    if (!block) refuseHeading(line);
     if ((seen_ & setOf(*block)) != 0) fail(kBlockRows[*block], 0, "begins the block a second time");
     seen_ |= setOf(*block);
     walk(*block);
   }
   checkInput();
-  if (!line.contains("[EOF]")) throw Failure(path_, "is cut off: it does not end with [EOF]");
+  if (!line.contains("[EOF]")) throw Failure(path_, "is cut off " + place() + ": it does not end with [EOF]");
 }
 
 void TextWalk::walk(Block block) {
   const BlockRow& row = kBlockRows[block];
   visitor_.beginBlock(block);
-  for (std::int64_t entry = 0; hasEntry(); ++entry) {
+  last_ = &row;
+  for (entries_ = 0; hasEntry(); ++entries_) {
     if (row.shape == Shape::Groups)
-      walkGroup(row, entry);
+      walkGroup(row, entries_);
     else
-      walkLine(row, entry);
+      walkLine(row, entries_);
   }
   visitor_.endBlock();
 }

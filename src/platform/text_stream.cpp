@@ -1,41 +1,32 @@
 #include "platform/text_stream.h"
 
-#include <clocale>
+#include <locale.h>
+
 #include <cstdio>
 #include <locale>
-#include <stdexcept>
-#include <string>
 
 #include "platform/locale.h"
 
 namespace {
 
-// The process's global locale is the system's default one for the lifetime of this object. The locale of C is
-// another one, which setting that of C++ changes as well.
+// Made once and kept: the C library shares a locale's data among threads and would free it under their feet,
+// as far as a thread sanitizer can see.
+locale_t systemLocale() {
+  static const locale_t kept = ::newlocale(LC_ALL_MASK, COrvLocale::GetSystemDefaultLocale().c_str(), {});
+  return kept;
+}
+
+// The calling thread's locale is the system's default one for the lifetime of this object; that of the
+// process and of other threads stays.
 class SystemLocaleScope {
  public:
-  SystemLocaleScope() : previousC_(currentC()), previous_(std::locale::global(systemDefault())) {}
-  ~SystemLocaleScope() {
-    std::locale::global(previous_);
-    std::setlocale(LC_ALL, previousC_.c_str());
-  }
+  SystemLocaleScope() : previous_(::uselocale(systemLocale())) {}
+  ~SystemLocaleScope() { ::uselocale(previous_); }
   SystemLocaleScope(const SystemLocaleScope&) = delete;
   SystemLocaleScope& operator=(const SystemLocaleScope&) = delete;
 
  private:
-  static std::string currentC() {
-    const char* const name = std::setlocale(LC_ALL, nullptr);
-    return name == nullptr ? "C" : name;
-  }
-  static std::locale systemDefault() {
-    try {
-      return std::locale(COrvLocale::GetSystemDefaultLocale());
-    } catch (const std::runtime_error&) {
-      return std::locale::classic();
-    }
-  }
-  std::string previousC_;
-  std::locale previous_;
+  locale_t previous_;
 };
 
 template <class Stream>

@@ -77,16 +77,18 @@ std::string targetError(const COrvSolverMeshWriter& worker, const char* target) 
 
 void findInlets(COrvSolverMeshWriter& worker) {
   CoolantInletInfo info;
-  if (OFEIO_Manipulator::extractCoolantInletInfo(worker.path().c_str(), 0, info) > 0)
-    worker.found.inlets = numberInlets(info);
+  const int count = OFEIO_Manipulator::extractCoolantInletInfo(worker.path().c_str(), 0, info);
+  if (count > 0) worker.found.inlets = numberInlets(info);
+  if (count < 0) worker.noteLost("coolant inlets");
 }
 
 void findGates(COrvSolverMeshWriter& worker) {
   int format = 0;
   GateInfo info;
   const char* path = worker.path().c_str();
-  if (OFEIO_Manipulator::getFileFormat(path, format) == 1)
-    OFEIO_Manipulator::extractGateInfo(path, format == 1, nullptr, info, nullptr);
+  if (OFEIO_Manipulator::getFileFormat(path, format) != 1 ||
+      OFEIO_Manipulator::extractGateInfo(path, format == 1, nullptr, info, nullptr) != 1)
+    worker.noteLost("gates");
   worker.found.gates = numberGates(worker.model(), info);
 }
 
@@ -115,6 +117,7 @@ struct COrvMeshFormatTransfer::Calls {
     COrvSolverMeshWriter worker(std::cout, std::cin);
     worker.m_DebugLog = self.m_DebugLog;
     worker.stlDiagnostics = self.m_STLDiagnostics;
+    worker.stopsWhenLost = self.m_StopOnRefusedSource;
     self.m_ErrorMessage.clear();
     self.m_Warnings.clear();
     self.m_Dropped.clear();
@@ -130,9 +133,12 @@ struct COrvMeshFormatTransfer::Calls {
 
   void write(const Variant& variant, COrvSolverMeshWriter& worker, const char* dst) {
     if (self.m_KeepTargetNumbers) worker.numbers = std::make_shared<TargetNumbers>(worker.model());
-    if (writeVariant(variant, worker, dst) == 1)
-      self.m_TargetNumbers = worker.numbers;
-    else if (self.m_ErrorMessage.empty())
+    const bool written = !worker.stops() && writeVariant(variant, worker, dst) == 1;
+    if (written) self.m_TargetNumbers = worker.numbers;
+    if (worker.lost != nullptr)
+      self.m_ErrorMessage = worker.path() + ": its " + worker.lost +
+                            " cannot be read (the file changed, cannot be read any more, or memory is short)";
+    else if (!written && self.m_ErrorMessage.empty())
       self.m_ErrorMessage = targetError(worker, dst);
     for (const Dropped& entry : worker.found.dropped)
       self.m_Dropped += std::string(entry.what) + ": " + std::to_string(entry.count) + "\n";

@@ -31,6 +31,13 @@ class COrvSolverMeshWriter : public COFEData {
   // Lists entries of the source that the target does not hold.
   void noteDropped(const char* what, std::int32_t count = 1);
 
+  // A part of the source that is read apart from the model; a refused source has none to lose.
+  void noteLost(const char* what) {
+    if (errorText().empty()) lost = what;
+  }
+  // True when the target would hold less than the source without need, and is not to be written for that.
+  bool stops() const { return stopsWhenLost && lost != nullptr; }
+
   // Sends the heading of a block to the information dump.
   void banner(const char* title);
   // A line on the console, when the diagnostics are on.
@@ -46,6 +53,8 @@ class COrvSolverMeshWriter : public COFEData {
   const orvmesh::transfer::HeaderRule* headerRule = nullptr;
   int m_DebugLog = 0;
   bool stlDiagnostics = false;
+  bool stopsWhenLost = false;
+  const char* lost = nullptr;  // what could not be read of a source that the model was read from before
   std::shared_ptr<orvmesh::transfer::TargetNumbers> numbers;  // null when nobody asks for them
   std::shared_ptr<orvmesh::transfer::FaceDrawings> drawings;  // made at their first use
   std::ostream& console;

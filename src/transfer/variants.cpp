@@ -193,7 +193,7 @@ int writeVariant(const Variant& variant, COrvSolverMeshWriter& worker, const cha
   for (const Step& step : variant.steps) step.run(worker);
   if (!variant.carriesSensors) dropSensors(worker);
   if (variant.closingTrace != nullptr) worker.trace(variant.closingTrace);
-  return worker.writer.endWriting();
+  return worker.stops() ? 0 : worker.writer.endWriting();
 }
 
 }  // namespace orvmesh::transfer

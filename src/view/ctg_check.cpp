@@ -111,7 +111,8 @@ class Checker {
         same = std::count(listed.begin(), listed.end(), source) == 1;
       }
     }
-    if (!same) fail(nameOf(e, j) + " has other nodes than face " + number(std::abs(entry)));
+    if (!same)
+      fail(nameOf(e, j) + " has other nodes than face " + number(std::abs(entry)) + " (legal: the same)");
     if (entry < 0) arrange(own, listed);
     return own;
   }

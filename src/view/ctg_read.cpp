@@ -63,7 +63,8 @@ class Reader {
     section("Moldbase Sensor Mapping", kCtgSensors, nothing);
     section("Inlet Face", kCtgInletFaces, nothing);
     section("Outlet Face", kCtgOutletFaces, nothing);
-    if (std::string_view line; lines_.next(line)) lines_.fail("stands behind the end of the last section");
+    if (std::string_view line; lines_.next(line))
+      lines_.fail("stands behind the end of the last section (legal: nothing)");
     return std::move(mesh_);
   }
 
@@ -125,7 +126,7 @@ class Reader {
     for (std::size_t slot = 0; slot < kNodeSlots; ++slot) {
       const std::int32_t node = line.integer("a node", 0, mesh_.counts[kCtgNodes]);
       if (node == 0) continue;
-      if (used++ != slot) line.fail("has a node behind an empty slot");
+      if (used++ != slot) line.fail("has a node behind an empty slot (legal: 0 at the end only)");
       mesh_.elementNodes.push_back(node);
     }
     mesh_.nodeOffsets.push_back(mesh_.elementNodes.size());

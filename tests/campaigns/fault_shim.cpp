@@ -82,8 +82,8 @@ Fate meet(const char* call, Errors errors, const char* path = "") {
   ++p.calls;
   if (p.trace >= 0) {
     std::string line = call;
-    for (const int error : errors) line += " " + std::to_string(error);
-    line += std::string(" ") + path + "\n";
+    for (const int error : errors) line.append(1, ' ').append(std::to_string(error));
+    line.append(1, ' ').append(path).append(1, '\n');
     (void)::syscall(SYS_write, p.trace, line.data(), line.size());
   }
   if (p.mode == Mode::Kill && p.calls == p.call) (void)::syscall(SYS_kill, ::getpid(), SIGKILL);

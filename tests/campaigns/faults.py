@@ -5,16 +5,22 @@ own temporary file (TARGET.PID-NUMBER.tmp) and the log of a transfer. Failing, i
 exit code, leaves the old targets (the new ones where the fault came after the renaming) and nothing beside them;
 or it does its work all the same. Interrupted calls and short writes are no failure at all.
 
+They also run with files that may not grow beyond a limit and on disks that are too small for the target; the latter
+needs the right to mount one.
+
 Without options: a mold of five elements, and of errors that mean the same one. --long: every error, the example mold
-too. --kills 1000: so many kills at random times.
+too, there of more than three calls alike in a row only the first, one in the middle and the last (about half an hour
+of one processor). --kills 1000: so many kills at random times.
 """
 import argparse
 import concurrent.futures
 import errno
+import itertools
 import os
 import random
 import re
 import resource
+import shutil
 import signal
 import subprocess
 import sys
@@ -24,20 +30,20 @@ import time
 import inputs
 
 SHIM = os.environ.get("ORVMESH_FAULT_SHIM", "build/release/tests/campaigns/libfault_shim.so")
-LASTING = (errno.ENOSPC, errno.EIO)
+LASTING = (errno.ENOSPC, errno.EDQUOT, errno.EIO)
 TEMPORARY = re.compile(r"(.+)\.\d+-\d+\.tmp")
 
 
 class Campaign:
     """One command in a folder of its own."""
 
-    def __init__(self, name, prepare, thorough):
-        self.name, self.thorough = name, thorough
+    def __init__(self, name, example, thorough):
+        self.name, self.example, self.thorough = name, example, thorough
         self.words, self.targets = inputs.COMMANDS[name]
         self.problems, self.runs = [], 0
         self.home = tempfile.TemporaryDirectory(dir=inputs.scratch_root())
         self.folder = os.path.realpath(self.home.name)
-        prepare(self.folder)
+        (inputs.example_inputs if example else inputs.small_inputs)(self.folder)
         for target in self.targets:
             if not os.path.exists(os.path.join(self.folder, target)):
                 inputs.put(self.folder, target, "the old bytes")
@@ -117,9 +123,15 @@ class Campaign:
         temporary = TEMPORARY.fullmatch(name)
         return name == inputs.LOG or temporary is not None and temporary[1] in self.targets
 
+    def chosen_calls(self):
+        """Every call with its number; of many alike in a row in the example mold only three."""
+        for _, alike in itertools.groupby(enumerate(self.calls, 1), key=lambda numbered: numbered[1]):
+            alike = list(alike)
+            yield from (alike[0], alike[len(alike) // 2], alike[-1]) if self.example and len(alike) > 3 else alike
+
     def every_call(self):
         inputs.restore(self.folder, self.before)
-        for call, (_, errors, _) in enumerate(self.calls, 1):
+        for call, (_, errors, _) in self.chosen_calls():
             self.run("kill", call)
             self.run("short", call)
             if not self.thorough and errno.ENOSPC in errors:  # the others of its kind take the same way
@@ -132,13 +144,48 @@ class Campaign:
     def every_size(self):
         """Files that may not grow beyond a limit, from none to the whole target."""
         largest = max(len(self.after[name]) for name in self.targets)
-        for limit in range(0, largest, max(1, largest // (200 if self.thorough else 10))):
+        for limit in range(0, largest, max(1, largest // (50 if self.thorough else 10))):
             self.runs += 1
             done = inputs.orvmesh(self.words, self.folder, preexec_fn=lambda size=limit: resource.setrlimit(
                 resource.RLIMIT_FSIZE, (size, size)))
             whole = self.check_files(f"limit {limit}", True, lambda name: False)
             self.check_outcome(f"limit {limit}", done, whole, False)
             inputs.restore(self.folder, self.before)
+
+    def every_room(self):
+        """A disk with room for ever more blocks, until the targets fit; False where none can be mounted."""
+        def mount(options):
+            return subprocess.run(["mount", "-t", "tmpfs", "-o", options, "tmpfs", disk], stderr=subprocess.DEVNULL,
+                                  check=False).returncode == 0
+        block, wide, whole = 4096, "size=1g", False
+        home, disk = self.folder, tempfile.mkdtemp()
+        if not mount(wide):
+            os.rmdir(disk)
+            return False
+        try:
+            self.folder = disk
+            inputs.restore(disk, self.before)
+            for name in self.before:  # the time of a mesh file is the date of what is imported
+                shutil.copystat(os.path.join(home, name), os.path.join(disk, name))
+            status = os.statvfs(disk)
+            used = (status.f_blocks - status.f_bfree) * status.f_frsize
+            room = 8 * block + sum(len(self.after[name]) for name in self.targets)
+            step = max(block, room // 20 // block * block)
+            for free in range(0, room + step, step):
+                self.runs += 1
+                mount(f"remount,size={used + free}")
+                done = inputs.orvmesh(self.words, disk)
+                whole = self.check_files(f"{free} bytes of room", True, lambda name: False)
+                self.check_outcome(f"{free} bytes of room", done, whole, free >= room)
+                if free == 0 and done.returncode == 0:
+                    self.problem("works without any room", "small disk")
+                mount("remount," + wide)
+                inputs.restore(disk, self.before)
+        finally:
+            self.folder = home
+            subprocess.run(["umount", disk], check=True)
+            os.rmdir(disk)
+        return True
 
     def random_kills(self, count):
         inputs.restore(self.folder, self.before)
@@ -159,13 +206,16 @@ class Campaign:
 
 def examine(job):
     name, example, long, kills = job
-    campaign = Campaign(name, inputs.example_inputs if example else inputs.small_inputs, long)
+    mounted = True
+    campaign = Campaign(name, example, long)
     if kills:
         campaign.random_kills(kills)
     else:
         campaign.every_call()
         campaign.every_size()
-    return f"{name}{', example mold' if example else ''}", len(campaign.calls), campaign.runs, campaign.problems
+        mounted = campaign.every_room()
+    title = name + (", example mold" if example else "")
+    return title, len(campaign.calls), campaign.runs, campaign.problems, mounted
 
 
 def main():
@@ -180,8 +230,9 @@ def main():
     jobs = [(name, example, given.long, each) for example in molds for name in given.commands]
     total, problems = 0, []
     with concurrent.futures.ProcessPoolExecutor() as pool:
-        for name, calls, runs, found in pool.map(examine, jobs):
-            print(f"{name}: {calls} calls, {runs} runs, {len(found)} problems", flush=True)
+        for name, calls, runs, found, mounted in pool.map(examine, jobs):
+            print(f"{name}: {calls} calls, {runs} runs, {len(found)} problems"
+                  + ("" if mounted else "; small disks not tried: no right to mount them"), flush=True)
             total += runs
             problems += found
     print("\n".join(problems[:200]))

@@ -17,7 +17,11 @@ MOLD = {
     "elementSurfaces": [
         {"nodes": [2, 3, 4, 4], "interfaceId": 1, "elementNo": 1, "tag": 1},
         {"nodes": [2, 4, 5, 5], "interfaceId": 2, "elementNo": 1, "tag": 2},
+        {"nodes": [2, 4, 3, 3], "interfaceId": 2, "elementNo": 1, "tag": 0},
+        {"nodes": [1, 2, 4, 4], "interfaceId": 1, "boundaryType": 4, "elementNo": 1, "tag": 259},
+        {"nodes": [2, 3, 5, 5], "interfaceId": 4, "contactCode": 1, "boundaryType": 3, "elementNo": 1, "tag": 512},
         {"nodes": [1, 2, 3, 3], "interfaceId": 4, "boundaryType": 3, "elementNo": 1, "tag": 1048579}],
+    "coolantChannelLayout": [[1, 9, 9, 9, 1] + [0] * 15],
     "sensors": [{"type": 1, "ids": [1, 1, 0, 0], "position": [0.1, 0.1, 0.1]}],
     "surfaceBoundaryConditionNames": [{"name": "gate", "type": 7, "dictionary": {"THICKNESS": "2.5"}}],
     "moldMetalLayers": [[1, 2, "steel", 3, 4, 5, 6]]}

@@ -160,7 +160,7 @@ void WriteOfeElemSurfBin_OnlyMoldbase(COrvSolverMeshWriter& worker) {
   FaceDrawings* const drawings = worker.stlDiagnostics ? worker.drawings.get() : nullptr;
   traceStep("2 create surface relation from ", worker.path());
   COFEPatch_ElementSurface builder;
-  builder.CreateContactSurface(worker.path().c_str());
+  if (builder.CreateContactSurface(worker.path().c_str()) != 1) worker.noteLost("contact faces");
   traceStep("3");
   MoldBaseFaceRule rule(worker,
                         [&](const auto& nodes) { return askBuilder(builder, worker.model(), nodes); });
