@@ -69,7 +69,7 @@ void extract(const Column& column, std::size_t i, Link out) {
 struct OFEIO_Manipulator::Implementation {
   std::shared_ptr<const OfeFile> source;
   PerBlock<std::int32_t> next{};  // entry to be read
-  int firstBlock = 0;                            // those before it seem empty
+  int firstBlock = 0;             // those before it seem empty
   std::unique_ptr<OfeFile> target;
   std::string targetPath;
   int lastBlock = -1;  // being written

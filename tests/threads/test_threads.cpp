@@ -25,6 +25,7 @@
 #include "import/import.h"
 #include "platform/text_stream.h"
 #include "support/failure_of.h"
+#include "support/files.h"
 #include "support/recorded_numbers.h"
 #include "transfer/mold.h"
 #include "view/ctg_mesh.h"
@@ -57,7 +58,7 @@ class Place {
   Files files() const {
     Files files{{"the answers", answers_.str()}};
     for (const auto& entry : fs::directory_iterator(folder_))
-      files[entry.path().filename()] = readFile(entry.path());
+      files[entry.path().filename()] = bytesOf(entry.path());
     for (auto& [name, bytes] : files)
       for (auto at = bytes.find(folder_); at != bytes.npos; at = bytes.find(folder_, at))
         bytes.erase(at, folder_.size());
@@ -77,7 +78,7 @@ void importMold(Place& at) {
       Cells::tetrahedra);
   mold.addPoint("sensor:1:1", 1.5, 1.25, 0.5);
   mold.addPoint("sensor:4:2", 0.5, 0.25, 0.5);
-  writeFile(at / "mold.msh", writeMsh(mold.mesh, Encoding::binary41));
+  writeBytes(at / "mold.msh", writeMsh(mold.mesh, Encoding::binary41));
   fs::last_write_time(at / "mold.msh", fs::file_time_type{});  // which the mesh gets as its date
   const auto report = importing::importMesh({at / "mold.msh", at / "mold.ofe", "", 1, {}, false});
   at.say(importing::reportText(report), importing::reportJson(report));
@@ -160,9 +161,9 @@ void sensors(Place& at) {
   for (int i = 1; i <= maps.GetTotalSensorNumber_Ori(); ++i)
     at.say(maps.GetSensorMappingGlobalID(SensorMap_Old2New, i));
   maps.SetMeshFilePath_Fast(mesh.c_str(), 1);
-  writeFile(history,
-            "9\n[HEADER] text\n[SENSOR INFO]\nnumbers\n1\n0\n0\n1\n0\n0\n1  1      1 2 3\n4  2      1 2 3\n"
-            "[HISTORY DATA]\n0.5\n35.00\n36.00\n\n[EOF]\n");
+  writeBytes(history,
+             "9\n[HEADER] text\n[SENSOR INFO]\nnumbers\n1\n0\n0\n1\n0\n0\n1  1      1 2 3\n4  2      1 2 3\n"
+             "[HISTORY DATA]\n0.5\n35.00\n36.00\n\n[EOF]\n");
   COrvMeshTransfer_SensorFile file;
   file.TransferSensorFile_SNC(history.c_str(), mesh.c_str(), 0, 0);
   COrvSensorMappingTools lookup;
@@ -174,7 +175,7 @@ void heat(Place& at) {
   std::ostringstream table("% Nodes: 400\n% x y z q\n", std::ios::ate);
   for (int i = 1; i <= 400; ++i)
     table << 0.001 * (i * 7 % 100) << ' ' << 0.001 * (i * 3 % 100) << " 0 " << i << '\n';
-  writeFile(at / "heat", table.str());
+  writeBytes(at / "heat", table.str());
   COrvCool_Electromagnetic_HeatSource source;
   at.say(source.SetStep1_InputParmeter((at / "heat").c_str(), 1, 2));
   std::vector<double> x(501), y(501), z(501);
