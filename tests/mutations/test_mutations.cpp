@@ -100,7 +100,7 @@ const TextFormat kTextFormats[] = {
      [](const TempDir& dir) {
        return writeFile(dir / "map.dmp", 1023, everything()) == 1 ? bytesOf(dir / "map.dmp") : std::string();
      },
-     &useDump, 5},
+     &useSoundDump, 5},
     {"CTG", &makeCtg, &useCtg, 11},
     {"SNC", [](const TempDir&) { return std::string(kSncText); }, &useSnc, 1}};
 
