@@ -9,8 +9,8 @@ They also run with files that may not grow beyond a limit and on disks that are 
 needs the right to mount one.
 
 Without options: a mold of five elements, and of errors that mean the same one. --long: every error, the example mold
-too, there of more than three calls alike in a row only the first, one in the middle and the last (about half an hour
-of one processor). --kills 1000: so many kills at random times.
+too, there of more than three calls alike in a row only the first, one in the middle and the last (some ten
+minutes of one processor). --kills 1000: so many kills at random times.
 """
 import argparse
 import concurrent.futures
