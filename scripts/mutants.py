@@ -19,7 +19,7 @@ from typing import NamedTuple
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 TABLE = os.path.join(ROOT, "scripts", "mutants.tsv")
 WORK = os.path.join(ROOT, "build", "mutants")
-COPIED = ("CMakeLists.txt", "cmake", "include", "src", "tests", "examples", "scripts", "docs")
+COPIED = ("CMakeLists.txt", "cmake", "include", "src", "tests", "examples", "scripts", "docs", "fuzz")
 TEST_SECONDS = 60  # a change may make a test run for ever
 CONFIGURE = ("-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w",
              "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST")
