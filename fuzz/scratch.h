@@ -12,11 +12,13 @@
 
 namespace orvmesh::fuzzing {
 
-// A name in memory-backed storage, one per process; what stands there at the end is removed.
+// A name in memory-backed storage where there is such a place, one per process; what stands there at the end
+// is removed.
 class ScratchFile {
  public:
   explicit ScratchFile(const char* name)
-      : path_("/dev/shm/orvmesh-fuzz-" + std::to_string(::getpid()) + "-" + name) {}
+      : path_((::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp") + std::string("/orvmesh-fuzz-") +
+              std::to_string(::getpid()) + "-" + name) {}
   ~ScratchFile() { (void)::unlink(path_.c_str()); }
   ScratchFile(const ScratchFile&) = delete;
   ScratchFile& operator=(const ScratchFile&) = delete;
@@ -41,6 +43,10 @@ class InputFile {
     if (::pwrite(descriptor_, bytes, size, 0) != static_cast<ssize_t>(size)) std::abort();
     return file_.path();
   }
+  const std::string& put(const std::string& bytes) {
+    return put(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+  }
+  const std::string& path() const { return file_.path(); }
 
  private:
   ScratchFile file_{"input"};

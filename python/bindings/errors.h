@@ -48,8 +48,8 @@ auto unlocked(const Paths& paths, const Job& job) {
   }
 }
 
-// Operations that leave a log in the current directory, or change the process's locale for a moment, take
-// turns. To be taken without the interpreter's lock.
+// Operations that leave a log in the current directory or rewrite a file in place take turns. To be taken
+// without the interpreter's lock.
 std::mutex& oneAtATime();
 
 }  // namespace orvmesh::python

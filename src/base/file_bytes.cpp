@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <new>
 
 #include "base/descriptor.h"
 
@@ -28,7 +29,7 @@ int FileBytes::take(int descriptor, std::size_t size) {
 
 int FileBytes::copy(int descriptor, std::size_t size) {
   void* memory = nullptr;
-  if (const int reason = ::posix_memalign(&memory, kAlignment, size); reason != 0) return reason;
+  if (::posix_memalign(&memory, kAlignment, size) != 0) throw std::bad_alloc();
   auto* const bytes = static_cast<std::byte*>(memory);
   data_ = bytes;
   while (size_ < size) {

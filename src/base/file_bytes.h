@@ -13,7 +13,7 @@ class FileBytes {
   FileBytes(const FileBytes&) = delete;
   FileBytes& operator=(const FileBytes&) = delete;
 
-  // 0, or errno. The size must be above 0; memory that is short is an error like others.
+  // 0, or errno. The size must be above 0. Throws std::bad_alloc: a file is not refused for want of memory.
   int take(int descriptor, std::size_t size);
   void release();
 

@@ -8,7 +8,7 @@
 
 namespace orvmesh::embedded {
 
-// The bytes of a regular file.
+// The bytes of a regular file, in place (base/file_bytes.h).
 class MappedFile {
  public:
   // False with errorText() for anything but a readable, non-empty regular file.

@@ -1,7 +1,7 @@
 #pragma once
 
-// Lets the allocations of this program fail: operator new in all forms, malloc and calloc of the code linked
-// in.
+// Lets the allocations of this program fail: operator new in all forms, malloc and the like of the code
+// linked in.
 namespace orvmesh::test {
 
 // While it lives, allocation n (from 1) fails, or all from n on. Whether it got so far is told afterwards.

@@ -8,12 +8,14 @@
 #include <vector>
 
 #include "fuzz/reseal.h"
+#include "fuzz/scratch.h"
 #include "heatsource/comsol_reader.h"
 #include "hostile/largest_request.h"
 #include "mutations/readers.h"
 #include "platform/ofv_reader.h"
 #include "support/everything.h"
 #include "support/json_mesh.h"
+#include "support/long_run.h"
 #include "view/ofv_read.h"
 
 // Files whose numbers lie, one at a time: in text every number is replaced, in the other forms every word
@@ -151,8 +153,8 @@ class Hostile : public ::testing::TestWithParam<Format> {
 TEST_P(Hostile, NumbersCostNoMemory) {
   const Format& format = GetParam();
   const TempDir dir;
-  const ScratchFile file;
-  const std::size_t step = std::getenv("ORVMESH_LONG") != nullptr ? 1 : 17;
+  fuzzing::InputFile file;
+  const std::size_t step = isLong() ? 1 : 17;
   std::size_t made = 0, tried = 0, refused = 0, largest = 0;
   const auto visit = [&](const std::string& bytes) {
     if (made++ % step != 0) return;

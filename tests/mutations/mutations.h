@@ -1,14 +1,12 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <utility>
 
-namespace orvmesh::test {
+#include "support/long_run.h"
 
-// All of them with ORVMESH_LONG set, else a sample.
-inline bool isLong() { return std::getenv("ORVMESH_LONG") != nullptr; }
+namespace orvmesh::test {
 
 // Damages of a file, one after another: visit(what, position, bytes) for each that is not the file itself.
 // Of single bytes, truncations and exchanged units every stride-th is tried.

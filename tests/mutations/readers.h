@@ -1,11 +1,7 @@
 #pragma once
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <sstream>
 
 #include "base/failure.h"
@@ -21,32 +17,6 @@
 // One use of every reader: throws Failure, or uses what it accepted and fails the test when that is no valid
 // model.
 namespace orvmesh::test {
-
-// The path of a file that is overwritten again and again; in memory where there is such a place.
-class ScratchFile {
- public:
-  ScratchFile()
-      : path_((std::filesystem::exists("/dev/shm") ? "/dev/shm/orvmesh-" : "/tmp/orvmesh-") +
-              std::to_string(::getpid())) {
-    descriptor_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-  }
-  ~ScratchFile() {
-    ::close(descriptor_);
-    (void)::unlink(path_.c_str());
-  }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-
-  void put(const std::string& bytes) const {
-    ASSERT_EQ(::ftruncate(descriptor_, static_cast<off_t>(bytes.size())), 0);
-    ASSERT_EQ(::pwrite(descriptor_, bytes.data(), bytes.size(), 0), static_cast<ssize_t>(bytes.size()));
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-  int descriptor_;
-};
 
 inline std::string dumpRefusal(const std::string& path) {
   try {

@@ -8,6 +8,7 @@
 
 #include "embedded/all_blocks.h"
 #include "embedded/block_reader.h"
+#include "fuzz/scratch.h"
 #include "mutations/readers.h"
 #include "platform/ofv_reader.h"
 #include "platform/ofv_writer.h"
@@ -39,7 +40,7 @@ std::string ofvRefusal(const std::string& path) {
 void expectAllReported(const std::string& bytes, std::size_t stride,
                        std::string (*refusal)(const std::string&)) {
   ASSERT_LE(bytes.size(), 20480U);
-  const ScratchFile file;
+  fuzzing::InputFile file;
   file.put(bytes);
   ASSERT_EQ(refusal(file.path()), "");
   std::size_t tried = 0;
@@ -123,7 +124,7 @@ TEST(Mutations, OfTextAreRefusedInWordsOrMakeAValidModel) {
   std::streambuf* const output = std::cout.rdbuf();
   for (const TextFormat& format : kTextFormats) {
     const TempDir dir;
-    const ScratchFile file;
+    fuzzing::InputFile file;
     std::cout.rdbuf(nullptr);  // what the operations print
     const std::string text = format.make(dir);
     file.put(text);

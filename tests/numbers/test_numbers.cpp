@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <iostream>
 #include <span>
 
 #include "dmpio/dump_content.h"
+#include "support/long_run.h"
 #include "support/random_mold.h"
 #include "support/recorded_numbers.h"
 #include "transfer/mold.h"
@@ -203,7 +203,7 @@ void Tally::check(const Mold& mold, const Variant& variant, const std::string& d
 TEST(Numbers, SurviveInRandomMolds) {
   const TempDir dir;
   std::filesystem::current_path(dir.path());
-  const unsigned molds = std::getenv("ORVMESH_LONG") != nullptr ? 20000 : 200;
+  const unsigned molds = isLong() ? 20000 : 200;
   Tally tally;
   for (unsigned seed = 1; seed <= molds && !::testing::Test::HasFailure(); ++seed) {
     const Mold mold(seed);
