@@ -112,9 +112,14 @@ class Rewriter {
     reader_.next(line);
     return line;
   }
-  void complain(const std::string& what) { complainOfLine(reader_.lineNumber(), what); }
-  void complainOfLine(std::int64_t number, const std::string& what) {
-    if (report_.error.empty()) report_.error = "line " + std::to_string(number) + ": " + what;
+  // Only the first error is told, and only its text is made: a text may have an error in every line.
+  template <class Text>
+  void complain(const Text& text) {
+    complainOfLine(reader_.lineNumber(), text);
+  }
+  template <class Text>
+  void complainOfLine(std::int64_t number, const Text& text) {
+    if (report_.error.empty()) report_.error = "line " + std::to_string(number) + ": " + text();
   }
   void complainOfLostLine();
 
@@ -142,8 +147,8 @@ SncReport Rewriter::run() {
   out_.text() += kEndMark;
   out_.flush();
 
-  if (!hasSensors_) complain("the text ends without a section [SENSOR INFO]");
-  if (!hasEnd_) complain("the text ends without [EOF]; it was cut short");
+  if (!hasSensors_) complain([&] { return "the text ends without a section [SENSOR INFO]"; });
+  if (!hasEnd_) complain([&] { return "the text ends without [EOF]; it was cut short"; });
   if (!out_.taken()) report_.error = "the rewritten text cannot be written";
   return report_;
 }
@@ -158,9 +163,11 @@ void Rewriter::complainOfLostLine() {
   if (holds(current_, kEndMark)) {
     hasEnd_ = true;
   } else if (!isBlank(current_) && (reader_.lineNumber() > 1 || opensSection(current_))) {
-    complain(quoted(current_) +
+    complain([&] {
+      return quoted(current_) +
              " belongs to no section and would be lost; sections stand in the order [HEADER], [SENSOR INFO], "
-             "[VARBLE INFO], [HISTORY DATA], [TIMESTEP]");
+             "[VARBLE INFO], [HISTORY DATA], [TIMESTEP]";
+    });
   }
 }
 
@@ -190,7 +197,9 @@ void Rewriter::sensorInfo() {
   std::string_view line;
   while (reader_.next(line) && !opensSection(line))
     if (!isBlank(line))
-      complain(quoted(line) + " stands behind the last of the mesh's " + std::to_string(total_) + " sensors");
+      complain([&] {
+        return quoted(line) + " stands behind the last of the mesh's " + std::to_string(total_) + " sensors";
+      });
   current_ = line;
 }
 
@@ -199,7 +208,8 @@ void Rewriter::readCounts() {
   for (std::size_t i = 0; i < counts.size(); ++i) {
     const std::string_view line = nextLine();
     if (!FieldScan(line).integer(counts[i]))
-      complain("expected the count of sensors of type " + std::to_string(i + 1) + found(line));
+      complain(
+          [&] { return "expected the count of sensors of type " + std::to_string(i + 1) + found(line); });
   }
   compareCounts(counts);
 }
@@ -218,9 +228,11 @@ void Rewriter::compareCounts(const std::array<int, kAllTypes>& counts) {
     own = own && (type == 3 || count == maps_.counts.ofType(type));
   }
   if (same) return;
-  complain("sensor counts of types 1 to 6 are" + foundText + (own ? ", those of the mesh itself" : "") +
+  complain([&] {
+    return "sensor counts of types 1 to 6 are" + foundText + (own ? ", those of the mesh itself" : "") +
            "; the mesh joined with its part inserts has" + joinedText +
-           (own ? "; was the file rewritten before?" : " (* any)"));
+           (own ? "; was the file rewritten before?" : " (* any)");
+  });
 }
 
 void Rewriter::readSensors() {
@@ -232,8 +244,10 @@ void Rewriter::readSensors() {
     FieldScan fields(line);
     if (!(fields.integer(lead) && fields.integer(number) && fields.number(x) && fields.number(y) &&
           fields.number(z) && std::isfinite(x) && std::isfinite(y) && std::isfinite(z)))
-      complain("expected sensor " + std::to_string(i) + " of " + std::to_string(total_) +
-               " (type, number, x, y, z)" + found(line));
+      complain([&] {
+        return "expected sensor " + std::to_string(i) + " of " + std::to_string(total_) +
+               " (type, number, x, y, z)" + found(line);
+      });
     else if (!fields.atEnd())
       ++report_.longSensorLines;
     std::string& text = kept_.text();
@@ -269,9 +283,11 @@ void Rewriter::historyRecord() {
   std::string_view closing;
   whole = reader_.next(closing) && whole && !opensSection(kept_.all()) && !opensSection(closing);
   if (!whole)
-    complainOfLine(first, "history record " + std::to_string(report_.records) +
-                              (report_.records > 1 ? " or one before it" : "") + " has not the mesh's " +
-                              std::to_string(total_) + " sensor lines and a closing line");
+    complainOfLine(first, [&] {
+      return "history record " + std::to_string(report_.records) +
+             (report_.records > 1 ? " or one before it" : "") + " has not the mesh's " +
+             std::to_string(total_) + " sensor lines and a closing line";
+    });
   report_.closingTexts += isBlank(closing) ? 0 : 1;
   // The closing line becomes an empty one, whatever it holds (quirk 45).
   out_.line("");
