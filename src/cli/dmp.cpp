@@ -4,6 +4,7 @@
 
 #include "base/atomic_file.h"
 #include "base/failure.h"
+#include "base/other_file.h"
 #include "cli/commands.h"
 #include "cli/progress.h"
 #include "dmpio/dump_info.h"
@@ -60,6 +61,7 @@ int info(const Options& options) {
 }
 
 int dump(const Options& options) {
+  requireOtherFile(options.target, {options.source});
   const DumpInfo content = read(options.source);
   for (const std::string& note : content.notes)
     std::fprintf(stderr, "orvmesh: %s: warning: %s\n", options.source.c_str(), note.c_str());
@@ -76,6 +78,7 @@ int dump(const Options& options) {
 }
 
 int convert(const Options& options) {
+  requireOtherFile(options.target, {options.source});
   const DumpInfo source = read(options.source);
   {
     const ProgressLine progress("converting " + options.source);

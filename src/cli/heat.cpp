@@ -1,11 +1,11 @@
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 
+#include "base/descriptor.h"
 #include "base/failure.h"
 #include "base/other_file.h"
 #include "cli/commands.h"
@@ -25,10 +25,8 @@ struct Options {
 };
 
 std::string whyNotOpened(const std::string& path) {
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0) return std::strerror(errno);
-  ::close(descriptor);
-  return "it is no file";
+  const Descriptor file(openToRead(path.c_str(), O_NONBLOCK));
+  return file.isOpen() ? "it is no file" : std::strerror(errno);
 }
 
 void readTable(HeatJob& job, COrvTool_PointFileReader& table) {

@@ -104,6 +104,7 @@ void checkDump(const Options& options) {
 }
 
 int transferMesh(const Entry& entry, Options options) {
+  requireOtherFile(options.target, {options.source});
   if (!options.dump.empty()) checkDump(options);
   COrvMeshFormatTransfer transfer;
   transfer.SetStopOnRefusedSource(true);

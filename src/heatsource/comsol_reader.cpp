@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "base/descriptor.h"
 #include "base/field_scan.h"
 #include "heatsource/line_splitter.h"
 
@@ -163,8 +164,12 @@ bool readComsolFile(const char* path, COrvTool_PointFileReader& table, ComsolRep
                     const BlockEnd& blockEnd) {
   std::error_code noSize;
   if (path == nullptr || std::filesystem::is_directory(path, noSize)) return false;
-  std::ifstream in(path, std::ios::in | std::ios::binary);
-  if (!in.is_open()) return false;
+  std::ifstream in;
+  const auto open = [&] {
+    in.open(path, std::ios::in | std::ios::binary);
+    return in.is_open() ? 0 : -1;
+  };
+  if (uninterrupted(open) != 0) return false;
   const auto size = std::filesystem::file_size(path, noSize);
   readComsol(in, mostTableBytes(noSize ? 0 : size), table, report, blockEnd);
   return true;

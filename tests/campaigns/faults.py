@@ -62,6 +62,8 @@ class Campaign:
             if done.returncode != 0:
                 raise SystemExit(f"{self.name}: {done.stderr.decode()}")
             lines = [line.rstrip("\n").split(" ") for line in file]
+        if not lines:
+            raise SystemExit(f"{SHIM}: sees no call of {self.name}; was it built, does ORVMESH_FAULT_SHIM name it?")
         return [(words[0], [int(word) for word in words[1:] if word.isdigit()], words[-1]) for words in lines]
 
     def problem(self, what, fault):

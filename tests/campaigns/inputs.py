@@ -99,9 +99,12 @@ temperature degC
 [EOF]
 """
 
+POINTS = "0 0 0 1.5\n1 1 1 -2\n"
+LOSSES = "% Nodes: 2\n% x y z q\n0 0 0 10000\n0.1 0 0 20000\n"
+
 # Name of the command: its words, what it writes.
 COMMANDS = {
-    "import": (["import", "mold.msh", "out.ofe"], ["out.ofe"]),
+    "import": (["import", "mold.msh", "out.ofe", "--roles", "roles.json"], ["out.ofe"]),
     "load": (["load", "mold.json", "out.ofe"], ["out.ofe"]),
     **{variant: (["transfer", variant, "mold.ofe", "out.ofe"], ["out.ofe"]) for variant in VARIANTS},
     "transfer --dmp": (["transfer", "part-inserts", "mold.ofe", "out.ofe", "--dmp", "out.dmp"],
@@ -116,6 +119,11 @@ COMMANDS = {
     "export, OFV": (["export", "mold.ofv", "out.vtu"], ["out.vtu"]),
     "snc": (["snc", "history.snc", "mold.ofe"], ["history.snc"]),
     "snc -o": (["snc", "history.snc", "mold.ofe", "-o", "out.snc"], ["out.snc"]),
+    "channels, VTK": (["channels", "mold.ofe", "-o", "out.vtu"], ["out.vtu"]),
+    "channels, STL": (["channels", "mold.ofe", "-o", "out.stl"], ["out.stl"]),
+    "map nodes": (["map", "nodes", "mold.ofe", "--stl"], ["mold.ofe.CCNodeToMBNode.stl"]),
+    "map result": (["map", "result", "mold.ofe", "points.txt", "-o", "out.vtu"], ["out.vtu", "out_surfaces.vtu"]),
+    "heat": (["heat", "losses.txt", "mold.ofe", "-o", "out.vtu"], ["out.vtu", "out_surfaces.vtu"]),
 }
 
 
@@ -141,13 +149,16 @@ def put(folder, name, content):
 def small_inputs(folder):
     put(folder, "mold.json", json.dumps(MOLD))
     put(folder, "mold.msh", MSH)
+    put(folder, "roles.json", '{"badQuality": 0.15}')
     put(folder, "map.dmp", DMP)
     put(folder, "history.snc", SNC)
     must(["load", "mold.json", "mold.ofe"], folder)
-    make_finite_volumes(folder)
+    make_others(folder)
 
 
-def make_finite_volumes(folder):
+def make_others(folder):
+    put(folder, "points.txt", POINTS)
+    put(folder, "losses.txt", LOSSES)
     must(["ctg", "mold.ofe", "mold.ctg"], folder)
     must(["ofv", "mold.ctg", "mold.ofv"], folder)
 
@@ -160,7 +171,7 @@ def example_inputs(folder):
             put(folder, name, file.read())
     must(["import", "--roles", "roles.json", "mold.msh", "mold.ofe"], folder)
     must(["dump", "mold.ofe", "-o", "mold.json"], folder)
-    make_finite_volumes(folder)
+    make_others(folder)
     must(["transfer", "part-inserts", "mold.ofe", "solver.ofe", "--dmp", "map.dmp", "--dmp-version", "1023"], folder)
 
 

@@ -113,7 +113,11 @@ def main():
         comma, read_only = comma_locale(locales), read_only_folder(top)
         print(f"comma locale: {'made' if comma else 'cannot be made'}; read-only file system: "
               f"{'mounted' if read_only else 'cannot be mounted'}; other build: {OTHER or 'none given'}")
-        places = {"a missing folder": os.path.join(top, "missing"), "below a file": os.path.join(folder, "mold.json")}
+        places = {"a missing folder": os.path.join(top, "missing"), "below a file": os.path.join(folder, "mold.json"),
+                  "folders in their places": os.path.join(top, "taken")}
+        for _, targets in inputs.COMMANDS.values():
+            for target in targets:
+                os.makedirs(os.path.join(top, "taken", target), exist_ok=True)
         if read_only:
             places["a read-only folder"] = read_only
         try:

@@ -1,8 +1,6 @@
 """What the tests of the command share."""
 import json
 import os
-import resource
-import signal
 import subprocess
 import sys
 import tempfile
@@ -27,14 +25,6 @@ def done(*words):
     if process.returncode != 0:
         sys.exit(f"orvmesh {' '.join(words)}: exit code {process.returncode}\n{process.stdout}{process.stderr}")
     return process.stdout
-
-
-def small_files(limit=512):
-    """To be run before a process: no file of it grows beyond so many bytes."""
-    def limited():
-        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-        resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
-    return limited
 
 
 def read(path):

@@ -82,16 +82,6 @@ class Channels(FolderTest):
             self.write("p.txt", text)
             self.refused("map", "result", "small.ofe", "p.txt", "-o", "r.vtu", names=names)
 
-    def test_refusals(self):
-        self.write("p.txt", "0 0 0 1\n")
-        for arguments in (["channels"], ["map", "nodes"]):
-            self.refused(*arguments, "missing.ofe", names=["missing.ofe: "])
-            self.refused(*arguments, "p.txt", names=["p.txt: "])
-        self.refused("map", "result", "p.txt", "p.txt", "-o", "r.vtu", names=["p.txt: "])
-        self.refused("map", "result", "small.ofe", "missing", "-o", "r.vtu", names=["missing: "])
-        self.refused("map", "result", "small.ofe", "p.txt", "-o", "no/r.vtu", names=["no/r.vtu: "])
-        self.refused("channels", "small.ofe", "-o", "no/c.stl", names=["no/c.stl: "])
-
 
 if __name__ == "__main__":
     unittest.main()

@@ -4,9 +4,8 @@ import os
 import unittest
 
 import numpy as np
-from vtkmodules.util.numpy_support import vtk_to_numpy
 
-from support import EXAMPLE, FolderTest, done, grid_of, read
+from support import FolderTest, done, grid_of, read
 import read_ofe  # a script, which support makes known
 
 # A unit cube as hexahedron, pyramid and wedge around it, and a tetrahedron apart; coolant boundary 7.
@@ -58,23 +57,6 @@ class Ofv(FolderTest):
         self.assertEqual(json.loads(done("info", "--json", "some.ofv"))["faces"]["interior"], 0)
         self.refused("ofv", "mesh.ctg", "some.ofv", "--channel", "9", names=["mesh.ctg: ", "property 9"])
 
-    def test_the_example_mold(self):
-        done("import", "--quiet", EXAMPLE, "mold.ofe")
-        for step in (("ctg", "mold.ofe", "mold.ctg"), ("ofv", "mold.ctg", "mold.ofv"), ("export", "mold.ofv", "mold.vtu")):
-            done(*step)
-        source = read_ofe.read("mold.ofe")
-        corners = source["nodes"]["xyz"][source["elementsMoldBase"]["connectivity"].reshape(-1, 4) - 1].astype(float)
-        edges = corners[:, 1:] - corners[:, :1]
-        grid = grid_of("mold.vtu")
-        # By the polyhedra's faces, as VTK reads them; its own filter takes a few of them for flat.
-        faces = vtk_to_numpy(grid.VTKObject.GetFaces()).reshape(-1, 1 + 4 * 4)[:, 1:].reshape(-1, 4, 4)[:, :, 1:]
-        found = np.linalg.det(np.asarray(grid.Points)[faces] - [80, 60, 100]).sum(axis=1) / 6
-        # The CTG file has six digits of each coordinate.
-        np.testing.assert_allclose(found, np.abs(np.linalg.det(edges)) / 6, rtol=1e-2, atol=1e-4)
-        volumes = np.asarray(grid.CellData["Volume"])
-        self.assertLess(np.count_nonzero(~np.isclose(volumes, found, rtol=1e-6)), 10)
-        np.testing.assert_array_equal(grid.CellData["cavity"], source["elementsMoldBase"]["fieldA"])
-
     def test_a_result_on_its_points_goes_to_the_mesh(self):
         self.load(MESH | {"header": {"fields": {"29": 2.0}}}, "mesh.ofe")
         done("ctg", "mesh.ofe", "mesh.ctg")
@@ -91,24 +73,12 @@ class Ofv(FolderTest):
                              (["values.txt", "--values", "few.txt"], ["values.txt: is no OFV file"])):
             self.refused("map", "result", "mesh.ofe", *words, "-o", "mapped.vtu", names=names)
 
-    def test_bad_sources_and_targets(self):
+    def test_bad_sources(self):
         done("ofv", "mesh.ctg", "mesh.ofv")
-        sound = read("mesh.ofv")
         with open("cut.ofv", "wb") as file:
-            file.write(sound[:-1])
-        with open("open.ctg", "wb") as file:
-            file.write(read("mesh.ctg").replace(b"15 = 5 5 6", b"15 = 5 5 5"))
-        os.mkdir("folder")
-        for name in ("cut.ofv", "mesh.ofe", "missing", "folder"):
-            self.refused("ofv", name, "new.ofv", names=[f"orvmesh: {name}: "])
+            file.write(read("mesh.ofv")[:-1])
         self.refused("info", "cut.ofv", names=["orvmesh: cut.ofv: is cut off"])
-        self.refused("export", "cut.ofv", "new.vtu", names=["orvmesh: cut.ofv: is cut off"])
-        self.refused("ofv", "mesh.ctg", "./mesh.ctg", names=["orvmesh: ./mesh.ctg: is read"])
-        for target in ("folder", "missing/a.ofv", "/dev/full"):
-            self.refused("ofv", "mesh.ctg", target, names=[f"orvmesh: {target}: cannot be written"])
-
-    def test_a_collapsed_element_is_refused(self):
-        self.load(MESH | {"elementsMoldBase": [{"nodes": [1, 1, 2, 5], "a": 1}]}, "odd.ofe")
+        self.load(MESH | {"elementsMoldBase": [{"nodes": [1, 1, 2, 5], "a": 1}]}, "odd.ofe")  # collapsed
         done("ctg", "odd.ofe", "odd.ctg")
         self.refused("ofv", "odd.ctg", "odd.ofv", names=["orvmesh: odd.ctg: "])
 

@@ -2,7 +2,7 @@
 import os
 import unittest
 
-from support import EXAMPLE, FolderTest, SOURCE, VARIANTS, done, orvmesh as run, small_files
+from support import FolderTest, SOURCE, VARIANTS, orvmesh as run
 
 COMMANDS = ("import", "info", "check", "dump", "load", "export", "transfer", "ctg", "ofv", "dmp info", "dmp dump",
             "dmp convert", "sensors list", "sensors map", "snc", "variants", "channels", "map nodes", "map result", "heat")
@@ -26,47 +26,6 @@ class Transfer(FolderTest):
                 self.assertEqual((result.returncode, result.stderr), (0, ""))
                 self.assertEqual(run("info", variant + ".ofe").returncode, 0)
         self.assertFalse(os.path.exists("MeshTranslate.log"))
-
-    def test_bad_sources(self):
-        with open("mold.ofe", "rb") as source:
-            whole = source.read()
-        flipped = bytearray(whole)
-        flipped[len(whole) // 2] ^= 1
-        contents = {"empty": b"", "text": b"1\nno mesh\n", "cut": whole[:-1], "half": whole[:len(whole) // 2],
-                    "appended": whole + b"\0", "flipped": bytes(flipped)}
-        for name, content in contents.items():
-            with open(name, "wb") as file:
-                file.write(content)
-        os.mkdir("folder")
-        for source in [*contents, "folder", "missing"]:
-            for variant in VARIANTS:
-                with self.subTest(source=source, variant=variant):
-                    self.refused("transfer", variant, source, "target.ofe", names=[f"orvmesh: {source}: "])
-
-    def test_bad_targets(self):
-        os.mkdir("folder")
-        for target in ["folder", "missing/target.ofe", "/dev/full", "/proc/target.ofe"]:
-            for variant in VARIANTS:
-                with self.subTest(target=target, variant=variant):
-                    self.refused("transfer", variant, "mold.ofe", target, names=[f"orvmesh: {target}: "])
-
-    def test_a_target_that_is_read(self):
-        os.link("mold.ofe", "mesh.vtu")
-        os.symlink("mold.ofe", "link.ofe")
-        for words in (("dump", "mold.ofe", "-o", "link.ofe"), ("load", "mold.ofe", "mold.ofe"),
-                      ("ctg", "mold.ofe", "link.ofe"), ("export", "mold.ofe", "mesh.vtu"),
-                      ("channels", "mold.ofe", "-o", "mesh.vtu"), ("heat", "mold.ofe", "mold.ofe", "-o", "mesh.vtu"),
-                      ("map", "result", "mold.ofe", "mold.ofe", "-o", "mesh.vtu")):
-            self.refused(*words, names=["name another target"])
-
-    def test_a_full_disk(self):
-        done("ctg", "mold.ofe", "mold.ctg")
-        done("ofv", "mold.ctg", "mold.ofv")
-        jobs = [("transfer", variant, "mold.ofe", "target.ofe") for variant in VARIANTS]
-        jobs += [("ctg", "mold.ofe", "target.ofe"), ("ofv", "mold.ctg", "target.ofe"), ("import", EXAMPLE, "target.ofe"),
-                 ("export", "mold.ofv", "new.vtu")]
-        for words in jobs:
-            self.refused(*words, names=[f"{words[-1]}: ", "File too large"], preexec_fn=small_files())
 
     def test_nothing_to_do_and_versions(self):
         fields = MESH["header"]["fields"]
