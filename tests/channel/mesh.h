@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -28,21 +27,13 @@ inline void writeFace(OFEIO_Manipulator& file, std::vector<int> nodes, int inter
   file.writeElementSurfaceBlockEntry(nodes.data(), interfaceId, surfaceCode, endCode, group, 0, 0);
 }
 
-// A cloud of random nodes; its places are multiples of 1/8 so that equal distances are frequent.
-inline std::vector<float> writeCloud(OFEIO_Manipulator& file, int count, std::mt19937& random) {
-  std::vector<float> xyz;
-  for (int n = 0; n < count; ++n) {
-    for (int axis = 0; axis < 3; ++axis) xyz.push_back(static_cast<float>(random() % 80) / 8);
-    file.writeNodeBlockEntry(xyz[xyz.size() - 3], xyz[xyz.size() - 2], xyz[xyz.size() - 1]);
-  }
-  file[m_HEADER_NNode] = count;
-  return xyz;
+inline void writePoint(OFEIO_Manipulator& file, float x, float y, float z, int type) {
+  file.writeCoolantChannelLayoutBlockEntry(1, x, y, z, type, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
 }
-
-inline double squareDistance(const double (&a)[3], const double (&b)[3]) {
-  double sum = 0;
-  for (int axis = 0; axis < 3; ++axis) sum += (a[axis] - b[axis]) * (a[axis] - b[axis]);
-  return sum;
+inline void writeBeam(OFEIO_Manipulator& file, int from, int to, float diameterA, float diameterB, int group,
+                      int code) {
+  file.writeCoolantChannelLayoutBlockEntry(0, 0, 0, 0, 0, from, to, diameterA, diameterB, group, code, 0, 0,
+                                           0, 0, 0, 0, 0, 0, 0);
 }
 
 // What the job prints on standard output.

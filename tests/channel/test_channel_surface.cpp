@@ -1,6 +1,8 @@
 #include <orvmesh/cooling_channel_surface.h>
 
+#include <array>
 #include <limits>
+#include <tuple>
 
 #include "channel/mesh.h"
 
@@ -8,15 +10,6 @@ namespace orvmesh::test {
 namespace {
 
 using Surface = COrvMeshTrans_GetCoolingChannelFromElementSurface;
-
-void writePoint(OFEIO_Manipulator& file, float at, int type) {
-  file.writeCoolantChannelLayoutBlockEntry(1, at, 2 * at, 3 * at, type, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                                           0, 0);
-}
-void writeBeam(OFEIO_Manipulator& file, int a, int b, float diameterA, float diameterB, int beamCode) {
-  file.writeCoolantChannelLayoutBlockEntry(0, 0, 0, 0, 0, a, b, diameterA, diameterB, 1, beamCode, 0, 0, 0, 0,
-                                           0, 0, 0, 0, 0);
-}
 
 // Ten nodes at (n, 10 n, 100 n), scale factor 2; five channel faces, the second wall of them beyond the
 // header's count; a layout with every sort of point.
@@ -34,14 +27,13 @@ void writeChannelsAnd(const std::vector<int>& lastFace, OFEIO_Manipulator& file)
   writeFace(file, {10, 3, 7, 9}, 4, 1, 5, 8);
   if (!lastFace.empty()) writeFace(file, lastFace, 3, 1, 0, 1);
   file[m_HEADER_NElemS] = 2;
-  writeBeam(file, 1, 3, 4, 5, 1);
-  for (const int type : {1, 1, 2, 2, 1, 7}) writePoint(file, static_cast<float>(10 * type + 1), type);
-  writeBeam(file, 2, 4, 6, 7, 60000);
-  writeBeam(file, 1, 99, 8, 9, 1);
-  writeBeam(file, -1, 5, 3, 2, 6);
+  writeBeam(file, 1, 3, 4, 5, 1, 1);
+  for (const float type : {1.0F, 1.0F, 2.0F, 2.0F, 1.0F, 7.0F})
+    writePoint(file, 10 * type + 1, 20 * type + 2, 30 * type + 3, static_cast<int>(type));
+  writeBeam(file, 2, 4, 6, 7, 1, 60000);
+  writeBeam(file, 1, 99, 8, 9, 1, 1);
+  writeBeam(file, -1, 5, 3, 2, 1, 6);
 }
-
-void writeChannels(OFEIO_Manipulator& file) { writeChannelsAnd({}, file); }
 
 struct Read {
   explicit Read(const Surface& from) {
@@ -63,14 +55,20 @@ struct Read {
   std::vector<int> group, kind;
 };
 
-TEST(ChannelSurface, FacesAreKeptRenumberedAndClassified) {
-  const TempDir dir;
-  const std::string path = writeMesh(dir / "a.ofe", writeChannels);
-  Surface surface;
-  const std::string printed = printedBy([&] { EXPECT_EQ(surface.SetOFEFile(path.c_str()), 1); });
-  EXPECT_EQ(printed, "Error! count_CCSurfElmt(3) > NTotSurfElmt\n");
+class ChannelSurface : public testing::Test {
+ protected:
+  static std::string printedByReading(Surface& surface, const char* path, bool isRead) {
+    return printedBy([&] { EXPECT_EQ(surface.SetOFEFile(path) == 1, isRead); });
+  }
 
-  const Read read(surface);
+  TempDir dir_;
+  std::string path_ = writeMesh(dir_ / "a.ofe", [](OFEIO_Manipulator& file) { writeChannelsAnd({}, file); });
+  Surface surface_;
+};
+
+TEST_F(ChannelSurface, FacesAreKeptRenumberedAndClassified) {
+  EXPECT_EQ(printedByReading(surface_, path_.c_str(), true), "Error! count_CCSurfElmt(3) > NTotSurfElmt\n");
+  const Read read(surface_);
   EXPECT_EQ(read.groups, 5);
   ASSERT_EQ(read.nodes, 5);  // 3, 5, 7, 9, 10
   const std::vector<std::vector<int>> rows{{-1, -1, -1, -1, -1, -1}, {4, 4, 3, 2, 1, 3}, {3, 3, 2, 5, 5, 4},
@@ -79,59 +77,41 @@ TEST(ChannelSurface, FacesAreKeptRenumberedAndClassified) {
   EXPECT_EQ(read.group, (std::vector<int>{-1, 3, 4, 1, 7, 8}));
   EXPECT_EQ(read.kind, (std::vector<int>{-1, 1, 2, 0, 3, 1}));
 
-  const double x[] = {-1, 6, 10, 14, 18, 20};  // times the scale factor
-  std::vector<double> xs(6, -1), ys(6, -1), zs(6, -1);
-  surface.GetBrisk_STL_CCNodeData(xs.data(), ys.data(), zs.data());
+  std::vector<double> x(6, -1), y(x), z(x);
+  surface_.GetBrisk_STL_CCNodeData(x.data(), y.data(), z.data());
+  EXPECT_EQ(x, (std::vector<double>{-1, 6, 10, 14, 18, 20}));  // times the scale factor
   for (std::size_t k = 0; k < 6; ++k) {
     const double f = k == 0 ? 1 : 10;
-    EXPECT_EQ(read.points[k].x, x[k]);
-    EXPECT_EQ(read.points[k].y, f * x[k]);
-    EXPECT_EQ(read.points[k].z, f * f * x[k]);
-    EXPECT_EQ(xs[k], read.points[k].x);
-    EXPECT_EQ(ys[k], read.points[k].y);
-    EXPECT_EQ(zs[k], read.points[k].z);
+    EXPECT_EQ(std::pair(y[k], z[k]), std::pair(f * x[k], f * f * x[k]));
+    EXPECT_EQ(std::tuple(read.points[k].x, read.points[k].y, read.points[k].z), std::tuple(x[k], y[k], z[k]));
   }
-  int ids[] = {-7, -7, -7, -7, -7, -7};
-  surface.GetBrisk_CCSurfNode2GlobalNodeID(ids);
-  for (const int id : ids) EXPECT_EQ(id, -7);
-  surface.GetBrisk_STL_CCNodeData(nullptr, ys.data(), zs.data());
-  surface.GetBrisk_STL_CCLElemData(nullptr, ids);
-  EXPECT_EQ(ids[1], -7);
+  std::vector<int> ids(6, -7);
+  surface_.GetBrisk_CCSurfNode2GlobalNodeID(ids.data());
+  surface_.GetBrisk_STL_CCNodeData(nullptr, y.data(), z.data());
+  surface_.GetBrisk_STL_CCLElemData(nullptr, ids.data());
+  EXPECT_EQ(ids, std::vector<int>(6, -7));
 }
 
-TEST(ChannelSurface, MarkersComeFromTheLayout) {
-  const TempDir dir;
-  const std::string path = writeMesh(dir / "a.ofe", writeChannels);
-  Surface surface;
+TEST_F(ChannelSurface, MarkersComeFromTheLayout) {
   int* kind = nullptr;
   double *x = nullptr, *y = nullptr, *z = nullptr, *diameter = nullptr;
-  surface.GetBrisk_STL_MarkerPoint_PointCoordinate_Link(kind, x, y, z, diameter);
+  surface_.GetBrisk_STL_MarkerPoint_PointCoordinate_Link(kind, x, y, z, diameter);
   EXPECT_EQ(kind, nullptr);
-  printedBy([&] { surface.SetOFEFile(path.c_str()); });
+  printedByReading(surface_, path_.c_str(), true);
+  ASSERT_EQ(surface_.GetBrisk_STL_MarkerPoint_TotalPointNumber(), 4);
+  surface_.GetBrisk_STL_MarkerPoint_PointCoordinate_Link(kind, x, y, z, diameter);
   // Point 4 ends a heater, point 6 is neither inlet nor outlet; coordinates and diameters are not scaled.
-  struct Marker {
-    int kind;
-    double x, diameter;
-  };
-  const Marker markers[] = {{2, 11, 8}, {4, 11, 6}, {3, 21, 5}, {4, 11, 2}};
-  ASSERT_EQ(surface.GetBrisk_STL_MarkerPoint_TotalPointNumber(), 4);
-  surface.GetBrisk_STL_MarkerPoint_PointCoordinate_Link(kind, x, y, z, diameter);
-  for (int i = 1; i <= 4; ++i) {
-    EXPECT_EQ(kind[i], markers[i - 1].kind) << i;
-    EXPECT_EQ(x[i], markers[i - 1].x) << i;
-    EXPECT_EQ(y[i], 2 * x[i]);
-    EXPECT_EQ(z[i], 3 * x[i]);
-    EXPECT_EQ(diameter[i], markers[i - 1].diameter) << i;
-  }
+  using Marker = std::array<double, 5>;
+  const Marker markers[] = {{2, 11, 22, 33, 8}, {4, 11, 22, 33, 6}, {3, 21, 42, 63, 5}, {4, 11, 22, 33, 2}};
+  for (int i = 1; i <= 4; ++i)
+    EXPECT_EQ((Marker{double(kind[i]), x[i], y[i], z[i], diameter[i]}), markers[i - 1]) << i;
 }
 
-TEST(ChannelSurface, ProgressIsToldWhenAsked) {
+TEST_F(ChannelSurface, ProgressIsToldWhenAsked) {
   struct Verbose : Surface {
     Verbose() { m_Verbose = 1; }
-  };
-  const TempDir dir;
-  const std::string path = writeMesh(dir / "a.ofe", writeChannels);
-  EXPECT_EQ(printedBy([&] { Verbose().SetOFEFile(path.c_str()); }),
+  } verbose;
+  EXPECT_EQ(printedByReading(verbose, path_.c_str(), true),
             "ofeReader return 1\nReadOFE_HEADER();\nm_NCCGroup=5\nReadOFE_Node();\nm_NTotNode=10\n"
             "Yse! I got readNodeBlockEntry().\nError! count_CCSurfElmt(3) > NTotSurfElmt\n"
             "m_NTotCCSurfElmt=5\nMoldbase to coolant channel interface(ID=3):\n"
@@ -140,41 +120,35 @@ TEST(ChannelSurface, ProgressIsToldWhenAsked) {
             "nCoolantInletNumner=1 nHeaterInletNumner=2 nCoolantOutletNumner=1\nReadOFE() OK\n");
 }
 
-TEST(ChannelSurface, ARefusedFileLeavesWhatWasRead) {
-  const TempDir dir;
-  const std::string path = writeMesh(dir / "a.ofe", writeChannels);
-  Surface surface;
-  EXPECT_EQ(Read(surface).faces, 0);
-  printedBy([&] { surface.SetOFEFile(path.c_str()); });
-  const Surface copy = surface;
-  const std::string missing = dir / "missing.ofe";
-  EXPECT_EQ(printedBy([&] { EXPECT_LE(surface.SetOFEFile(missing.c_str()), 0); }),
+TEST_F(ChannelSurface, ARefusedFileLeavesWhatWasRead) {
+  EXPECT_EQ(Read(surface_).faces, 0);
+  printedByReading(surface_, path_.c_str(), true);
+  const Surface copy = surface_;
+  const std::string missing = dir_ / "missing.ofe";
+  EXPECT_EQ(printedByReading(surface_, missing.c_str(), false),
             " can not open mesh file at :" + missing + "\n");
-  EXPECT_EQ(std::string(surface.GetErrorMessage_Link()).find(missing), 0U);
-  printedBy([&] { EXPECT_LE(surface.SetOFEFile(nullptr), 0); });
-  EXPECT_EQ(Read(surface).rows, Read(copy).rows);
+  EXPECT_TRUE(std::string(surface_.GetErrorMessage_Link()).starts_with(missing));
+  printedByReading(surface_, nullptr, false);
+  EXPECT_EQ(Read(surface_).rows, Read(copy).rows);
 
-  const std::string empty = writeMesh(dir / "empty.ofe", [](OFEIO_Manipulator&) {});
-  EXPECT_EQ(surface.SetOFEFile(empty.c_str()), 1);
-  EXPECT_EQ(Read(surface).faces, 0);
-  EXPECT_EQ(surface.GetBrisk_STL_MarkerPoint_TotalPointNumber(), 0);
+  const std::string empty = writeMesh(dir_ / "empty.ofe", [](OFEIO_Manipulator&) {});
+  EXPECT_EQ(printedByReading(surface_, empty.c_str(), true), "");
+  EXPECT_EQ(Read(surface_).faces + surface_.GetBrisk_STL_MarkerPoint_TotalPointNumber(), 0);
   EXPECT_EQ(Read(copy).faces, 5);
 }
 
-TEST(ChannelSurface, HostileCountsAndNodesStayWithinTheFile) {
+TEST_F(ChannelSurface, HostileCountsAndNodesStayWithinTheFile) {
   constexpr int kMost = std::numeric_limits<int>::max();
-  const TempDir dir;
   for (const int count : {kMost, -1, -kMost - 1, 0}) {
-    const std::string path = writeMesh(dir / "a.ofe", [count](OFEIO_Manipulator& file) {
+    writeMesh(path_, [count](OFEIO_Manipulator& file) {
       writeChannelsAnd({11, 0, kMost, -5}, file);
       for (const auto field :
            {m_HEADER_NNode, m_HEADER_NElemS, m_HEADER_NLayoutPoint, m_HEADER_NLayoutSegment})
         file[field] = count;
       file.header.setFloatField(m_HEADER_ScaleFactor, 0);
     });
-    Surface surface;
-    printedBy([&] { EXPECT_EQ(surface.SetOFEFile(path.c_str()), 1); });
-    const Read read(surface);
+    printedByReading(surface_, path_.c_str(), true);
+    const Read read(surface_);
     EXPECT_EQ(read.nodes, 5);
     ASSERT_EQ(read.faces, 6);
     EXPECT_EQ(read.rows[6], (std::vector<int>{4, 0, 0, 0, 0, 1}));

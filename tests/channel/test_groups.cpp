@@ -1,5 +1,8 @@
+#include <array>
 #include <cmath>
 #include <numbers>
+#include <random>
+#include <tuple>
 
 #include "channel/channel_groups.h"
 #include "channel/mesh.h"
@@ -87,47 +90,37 @@ TEST(ChannelGroups, FiguresOfTubes) {
       // Lines of both kinds of group 5, beams of the coolant's alone, in two pieces.
       for (const int kind : {1, 2})
         for (const float z : {0.0F, 20.0F}) file.writeCoolantChannelLineBlockEntry(0, 0, z, 1, 5, kind, 1, 0);
-      for (const float z : {0.0F, 10.0F, 16.0F})
-        file.writeCoolantChannelLayoutBlockEntry(1, 0, 0, z, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
-      for (const int from : {1, 2})
-        file.writeCoolantChannelLayoutBlockEntry(0, 0, 0, 0, 0, from, from + 1, 1, 1, 5, 1, 0, 0, 0, 0, 0, 0,
-                                                 0, 0, 0);
+      for (const float z : {0.0F, 10.0F, 16.0F}) writePoint(file, 0, 0, z, 1);
+      for (const int from : {1, 2}) writeBeam(file, from, from + 1, 1, 1, 5, 1);
     });
     struct Wanted {
-      int group;
-      bool isHeater;
-      std::int64_t walls, inlets, outlets, hoses, openEdges;
+      std::tuple<int, bool, LengthFrom, VolumeFrom> what;
+      std::array<std::int64_t, 5> counts;  // walls, inlets, outlets, hoses, open edges
       double length;
-      LengthFrom lengthFrom;
-      VolumeFrom volumeFrom;
     };
     const double round = kArea * kArea / (4 * std::numbers::pi * kVolume);
-    constexpr std::int64_t kWalls = 4;  // per step of a tube
+    constexpr std::int64_t kWalls = 4 * kSteps;
     const Wanted wanted[] = {
-        {2, false, 2 * kWalls * kSteps, 1, 0, 1, 0, kLength, LengthFrom::surface, VolumeFrom::surface},
-        {5, false, kWalls * kSteps, 1, 1, 0, 0, 16, LengthFrom::layout, VolumeFrom::elements},
-        {9, false, kWalls * kSteps, 0, 1, 0, 4, 0, LengthFrom::nothing, VolumeFrom::nothing},
-        {11, false, kWalls * kSteps, 0, 0, 0, 8, round, LengthFrom::surface, VolumeFrom::elements},
-        {5, true, 2 * kWalls * kSteps, 0, 2, 0, 0, 20, LengthFrom::lines, VolumeFrom::elements}};
+        {{2, false, LengthFrom::surface, VolumeFrom::surface}, {2 * kWalls, 1, 0, 1, 0}, kLength},
+        {{5, false, LengthFrom::layout, VolumeFrom::elements}, {kWalls, 1, 1, 0, 0}, 16},
+        {{9, false, LengthFrom::nothing, VolumeFrom::nothing}, {kWalls, 0, 1, 0, 4}, 0},
+        {{11, false, LengthFrom::surface, VolumeFrom::elements}, {kWalls, 0, 0, 0, 8}, round},
+        {{5, true, LengthFrom::lines, VolumeFrom::elements}, {2 * kWalls, 0, 2, 0, 0}, 20}};
     const auto groups = groupsOf(path);
     ASSERT_EQ(groups.size(), std::size(wanted));
     for (std::size_t i = 0; i < groups.size(); ++i) {
       const ChannelGroup& group = groups[i];
-      const Wanted& w = wanted[i];
-      SCOPED_TRACE(w.group);
-      EXPECT_EQ(group.group, w.group);
-      EXPECT_EQ(group.isHeater, w.isHeater);
-      EXPECT_EQ(group.walls, w.walls);
-      EXPECT_EQ(group.pieces.inlets, w.inlets);
-      EXPECT_EQ(group.pieces.outlets, w.outlets);
-      EXPECT_EQ(group.pieces.hoses, w.hoses);
-      EXPECT_EQ(group.pieces.openEdges, w.openEdges);
-      EXPECT_EQ(group.pieces.isClosed, w.openEdges == 0);
-      EXPECT_EQ(group.lengthFrom, w.lengthFrom);
-      EXPECT_EQ(group.volumeFrom, w.volumeFrom);
-      EXPECT_NEAR(group.length, w.length * scale, 1e-4);
+      const auto& pieces = group.pieces;
+      const auto& [what, counts, length] = wanted[i];
+      SCOPED_TRACE(i);
+      EXPECT_EQ(std::tuple(group.group, group.isHeater, group.lengthFrom, group.volumeFrom), what);
+      EXPECT_EQ((std::array<std::int64_t, 5>{group.walls, pieces.inlets, pieces.outlets, pieces.hoses,
+                                             pieces.openEdges}),
+                counts);
+      EXPECT_EQ(pieces.isClosed, pieces.openEdges == 0);
+      EXPECT_NEAR(group.length, length * scale, 1e-4);
       EXPECT_NEAR(group.wettedArea, kArea * scale * scale, 1e-4);
-      const bool hasVolume = w.volumeFrom != VolumeFrom::nothing;
+      const bool hasVolume = group.volumeFrom != VolumeFrom::nothing;
       EXPECT_NEAR(group.volume, hasVolume ? kVolume * std::pow(scale, 3) : 0, 1e-4);
       EXPECT_NEAR(group.diameter, hasVolume ? kWidth * scale : 0, 1e-5);
     }
@@ -153,13 +146,11 @@ TEST(ChannelGroups, SurfacesWithoutAnInsideHaveNoVolume) {
   });
   const auto groups = groupsOf(path);
   ASSERT_EQ(groups.size(), 2U);
-  EXPECT_EQ(groups[0].pieces.openEdges, 0);
-  EXPECT_EQ(groups[0].pieces.crowdedEdges, 0);
-  EXPECT_EQ(groups[1].pieces.openEdges, 2);
-  EXPECT_EQ(groups[1].pieces.crowdedEdges, 1);
-  for (const auto& group : groups) {
-    EXPECT_FALSE(group.pieces.isClosed);
-    EXPECT_EQ(group.volume, 0);
+  for (const std::size_t k : {0, 1}) {
+    EXPECT_EQ(groups[k].pieces.openEdges, k == 0 ? 0 : 2);
+    EXPECT_EQ(groups[k].pieces.crowdedEdges, k == 0 ? 0 : 1);
+    EXPECT_FALSE(groups[k].pieces.isClosed);
+    EXPECT_EQ(groups[k].volume, 0);
   }
 }
 

@@ -72,8 +72,7 @@ inline void setCounts(Dump& dump, const Content& content) {
 
 inline Content readContent(Dump& dump) {
   Content content;
-  int a = 0;
-  int b = 0;
+  int a = 0, b = 0;
   while (dump.readNodeMapBlockEntry(a, b) >= 0) content.nodes.emplace_back(a, b);
   for (std::size_t i = 0; i < 7; ++i) {
     if (i == 3)

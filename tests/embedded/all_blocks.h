@@ -4,6 +4,8 @@
 #include <string>
 
 #include "platform/ofeio.h"
+#include "support/files.h"
+#include "support/temp_dir.h"
 
 namespace orvmesh::test {
 
@@ -123,6 +125,18 @@ inline std::string readAllBlocks(OFEIO_Manipulator& f) {
   while (f.readNodeBlockEntry(x, y, z) >= 0) line("node", x, y, z);
   while (f.readPartingDirectionBlockEntry(x, y, z) >= 0) line("parting", x, y, z);
   return out.str();
+}
+
+// What the manipulator says against the file, its entries included; empty when it reads them all.
+inline std::string entryRefusalOf(const std::string& path) {
+  OFEIO_Manipulator file;
+  if (file.beginReading(path.c_str(), nullptr, 0) == 1) readAllBlocks(file);
+  return file.errorText();
+}
+
+inline std::string bytesOfAllBlocks() {
+  const TempDir dir;
+  return writeAllBlocks(dir / "mesh.ofe") == 1 ? bytesOf(dir / "mesh.ofe") : std::string();
 }
 
 }  // namespace orvmesh::test

@@ -30,11 +30,8 @@ TEST(Binio, BlocksComeBackById) {
   ASSERT_EQ(file.beginReading(path.c_str(), 0), 1);
   EXPECT_EQ(file.readBlock(30000), 0);
   EXPECT_EQ(file.readBlock(20000), 1);
-  for (const char type : {'I', 'L', 'F', 'D', 'C'}) {
-    EXPECT_EQ(block.getVectorSize(type, 0), 0);
-    EXPECT_EQ(block.getVectorSize(type, 1), 3);
-    EXPECT_EQ(block.getVectorSize(type, 2), -1);
-  }
+  for (const auto& [index, size] : {std::pair{0, 0}, {1, 3}, {2, -1}})
+    for (const char type : {'I', 'L', 'F', 'D', 'C'}) EXPECT_EQ(block.getVectorSize(type, index), size);
   EXPECT_EQ(block.getValue(1, 2), -7);
   EXPECT_EQ(block.getValue(1, 3) + block.getValue(1, -1) + block.getValue(2, 0) + block.getValue(-1, 0), 0);
   EXPECT_EQ(file.readBlock(-5), 1);
@@ -45,13 +42,10 @@ TEST(Binio, BlocksComeBackById) {
 
 TEST(Binio, ImpossibleSizesAreRefused) {
   BINIO_BinaryBlock block;
-  EXPECT_EQ(block.setVectorCount('X', 1), 0);
-  EXPECT_EQ(block.setVectorCount('I', -1), 0);
+  EXPECT_EQ(block.setVectorCount('X', 1) + block.setVectorCount('I', -1), 0);
   ASSERT_EQ(block.setVectorCount('I', 1), 1);
-  for (const std::int64_t size : {std::int64_t{-1}, std::int64_t{1} << 62})
-    EXPECT_EQ(block.setVectorSize('I', 0, size), 0) << size;
-  EXPECT_EQ(block.setVectorSize('I', 1, 1), 0);
-  EXPECT_EQ(block.setValue(0, 0, 1), 0);
+  EXPECT_EQ(block.setVectorSize('I', 0, -1) + block.setVectorSize('I', 0, std::int64_t{1} << 62), 0);
+  EXPECT_EQ(block.setVectorSize('I', 1, 1) + block.setValue(0, 0, 1), 0);
 }
 
 }  // namespace

@@ -1,129 +1,113 @@
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <map>
 
-#include "embedded/cell_grid.h"
+#include "embedded/mesh.h"
+#include "platform/contact_surface.h"
+#include "support/random_mold.h"
 
 namespace orvmesh::test {
 namespace {
 
-// A mold and what its contact faces must be by the definition.
-class RandomMold : public CellGrid {
- public:
-  RandomMold(unsigned seed, bool tetrahedra, bool split) : CellGrid(seed, tetrahedra, split) {
-    enum { kPart, kMold, kInsertA, kInsertB, kRoles = 5 };
-    eachElement(kRoles, [this](int role, const std::vector<int>& grid) {
-      // Material 5001 is typed as an insert and written as mold: no insert here.
-      const int other = random_() % 2 ? 5001 : 1;
-      add(role == kPart, role, grid,
-          role == kPart      ? 1
-          : role == kInsertA ? 5002
-          : role == kInsertB ? 10001
-                             : other);
-    });
-    addSurfaces(true);
-    addSurfaces(false);
-    std::shuffle(surfaceKeys_.begin(), surfaceKeys_.end(), random_);
-    for (const auto& [key, surface] : surfaceKeys_) mesh.surfaces.push_back(surface);
+using Element = RandomMold::Element;
+using Nodes = std::array<int, 4>;
+using Point = std::array<float, 3>;
+using Key = std::set<Point>;
+
+// A random mold of mixed elements whose nodes are moved by a hair's breadth: where they were tells what
+// touches what.
+struct ShakenMold : RandomMold {
+  explicit ShakenMold(unsigned seed) : RandomMold(seed), places(nodes) {
+    std::mt19937 random(seed);
+    for (Point& node : nodes)
+      for (float& x : node) x += static_cast<float>(random() % 3) * 5e-7F;
   }
 
-  std::vector<std::string> expected() const {
-    std::map<Key, Members> faces;
-    visitFaces([&](const Element& e, int face, const Key& key, const Mesh::Surface&) {
-      Members& m = faces[key];
-      if (e.isPlastic)
-        m.plastic = true;
-      else if (e.isInsert())
-        m.inserts.push_back({e.number, face});
-      else if (m.other == 0)
-        m.other = e.material;
-    });
-    std::vector<std::string> lines;
-    for (std::size_t s = 0; s < surfaceKeys_.size(); ++s) {
-      const Members& m = faces.at(surfaceKeys_[s].first);
-      if (m.plastic && m.inserts.size() == 1)
-        lines.push_back(lineOf(static_cast<int>(s) + 1, 0, 0, surfaceKeys_[s].second));
-    }
-    visitFaces([&](const Element& e, int, const Key& key, const Mesh::Surface& face) {
-      const Members& m = faces.at(key);
-      if (e.isInsert() && m.other != 0 && m.inserts.size() == 1) lines.push_back(lineOf(0, 1, m.other, face));
-    });
-    return lines;
+  Key keyOf(const Nodes& face) const {
+    Key key;
+    for (const int n : face) key.insert(places[static_cast<std::size_t>(n) - 1]);
+    return key;
   }
 
-  static std::string lineOf(int surface, int kind, int owner, const Mesh::Surface& face) {
-    std::string line =
-        std::to_string(surface) + " " + std::to_string(kind) + " " + std::to_string(owner) + ":";
-    for (const int n : face.nodes) line += " " + std::to_string(n);
-    return line;
-  }
-
- private:
-  struct Element {
-    bool isPlastic;
-    int number, material;
-    std::vector<int> grid, nodes;
-    bool isInsert() const { return !isPlastic && 5002 <= material && material <= 10001; }
-  };
-  struct Members {
-    bool plastic = false;
-    std::vector<std::pair<int, int>> inserts;
-    int other = 0;
-  };
-  void add(bool isPlastic, int component, const std::vector<int>& grid, int material) {
-    auto& list = isPlastic ? mesh.plastic : mesh.mold;
-    Element element{isPlastic, static_cast<int>(list.size()) + 1, material, grid, {}};
-    for (const int g : grid) element.nodes.push_back(nodeOf(g, component));
-    list.push_back({element.nodes, material, 1});
-    elements_.push_back(element);
-  }
-
+  // visit(number, element, key, nodes) for each face of the list's elements; a triangle's last node stands
+  // twice.
   template <class Visit>
-  void visitFaces(Visit visit) const {
-    for (const Element& e : elements_)
-      eachFace(e.grid, e.nodes, [&](int face, const Key& key, const std::array<int, 4>& nodes) {
-        visit(e, face, key, Mesh::Surface{nodes, e.isPlastic ? 1 : 2, 0, 0, 0, e.number, 0});
-      });
+  void eachFace(int list, Visit visit) const {
+    int number = 0;
+    for (const Element& element : elements[list]) {
+      ++number;
+      for (const LocalFace& face : facesOf(static_cast<int>(element.nodes.size()))) {
+        Nodes corners{};
+        for (std::size_t k = 0; k < 4; ++k)
+          corners[k] = element.nodes[static_cast<std::size_t>(
+              face.nodes[std::min(static_cast<int>(k), face.nodeCount - 1)])];
+        visit(number, element, keyOf(corners), corners);
+      }
+    }
   }
 
-  // Half of the faces that no second element of the same list has; some of them on other interfaces.
-  void addSurfaces(bool plastic) {
-    std::map<Key, int> uses;
-    visitFaces(
-        [&](const Element& e, int, const Key& key, const auto&) { uses[key] += e.isPlastic == plastic; });
-    visitFaces([&](const Element& e, int, const Key& key, Mesh::Surface surface) {
-      if (e.isPlastic != plastic || uses[key] != 1 || random_() % 2 == 0) return;
-      if (random_() % 8 == 0)
-        surface.interfaceId = 3;
-      else
-        surfaceKeys_.emplace_back(key, surface);
-    });
-  }
-
-  std::vector<Element> elements_;
-  std::vector<std::pair<Key, Mesh::Surface>> surfaceKeys_;
+  std::vector<Point> places;
 };
 
-std::vector<std::string> contactFacesOf(const Mesh& mesh) {
+bool isInsert(const Element& e) { return 5002 <= e.a && e.a <= 10001; }
+
+std::string lineOf(int surface, int kind, int owner, const Nodes& nodes) {
+  std::string line = std::to_string(surface) + " " + std::to_string(kind) + " " + std::to_string(owner) + ":";
+  for (const int n : nodes) line += " " + std::to_string(n);
+  return line;
+}
+
+// What the contact faces must be by the definition.
+std::vector<std::string> expectedFaces(const ShakenMold& mold) {
+  struct Members {
+    bool plastic = false;
+    int inserts = 0, other = 0;
+  };
+  std::map<Key, Members> members;
+  mold.eachFace(0, [&](int, const Element&, const Key& key, const Nodes&) { members[key].plastic = true; });
+  mold.eachFace(1, [&](int, const Element& e, const Key& key, const Nodes&) {
+    Members& m = members[key];
+    m.inserts += isInsert(e);
+    if (!isInsert(e) && m.other == 0) m.other = e.a;
+  });
+  std::vector<std::string> lines;
+  int surface = 0;
+  for (const RandomMold::Face& face : mold.faces) {
+    const Members& m = members[mold.keyOf(face.nodes)];
+    ++surface;
+    if (m.plastic && m.inserts == 1 && (face.interfaceId == 1 || face.interfaceId == 2))
+      lines.push_back(lineOf(surface, 0, 0, face.nodes));
+  }
+  mold.eachFace(1, [&](int, const Element& e, const Key& key, const Nodes& nodes) {
+    const Members& m = members[key];
+    if (isInsert(e) && m.other != 0 && m.inserts == 1) lines.push_back(lineOf(0, 1, m.other, nodes));
+  });
+  return lines;
+}
+
+std::vector<std::string> contactFacesOf(const auto& mold) {
   const TempDir dir;
-  EXPECT_EQ(mesh.write(dir / "mesh.ofe"), 1);
+  mold.write(dir / "mesh.ofe");
   COFEData data;
   EXPECT_EQ(data.ReadDataBin((dir / "mesh.ofe").c_str(), nullptr, 0, false), 1) << data.errorText();
   std::vector<std::string> lines;
   for (const ContactFaceRecord& r : data.contactFaces()) {
     EXPECT_EQ(r.nodes[0], 0);
-    lines.push_back(RandomMold::lineOf(r.surfaceNo, r.faceType, r.faceOwner,
-                                       {{r.nodes[1], r.nodes[2], r.nodes[3], r.nodes[4]}, 0, 0, 0, 0, 0, 0}));
+    lines.push_back(
+        lineOf(r.surfaceNo, r.faceType, r.faceOwner, {r.nodes[1], r.nodes[2], r.nodes[3], r.nodes[4]}));
   }
   return lines;
 }
 
 TEST(ContactFaces, AgreeWithTheDefinition) {
   std::size_t records = 0;
-  for (unsigned seed = 0; seed < 40; ++seed) {
-    const RandomMold mold(seed, seed % 2 == 0, seed % 4 >= 2);
-    const auto found = contactFacesOf(mold.mesh);
-    EXPECT_EQ(found, mold.expected()) << seed;
+  for (unsigned seed = 0; seed < 3300; ++seed) {
+    const ShakenMold mold(seed);
+    if (mold.elements[1].size() < 40) continue;  // most are small
+    const auto found = contactFacesOf(mold);
+    EXPECT_EQ(found, expectedFaces(mold)) << seed;
     records += found.size();
   }
   EXPECT_GT(records, 1000);
@@ -161,6 +145,66 @@ TEST(ContactFaces, DegenerateMeshes) {
   for (auto& node : mesh.nodes) node = {7, 7, 7};
   EXPECT_EQ(contactFacesOf(mesh), found);
   EXPECT_TRUE(contactFacesOf(Mesh{}).empty());
+}
+
+// What GetIfMolbaseFaceContact tells.
+struct Answer {
+  int kind = 0, element = 0;
+  Nodes nodes{};
+  bool operator==(const Answer&) const = default;
+};
+
+// A part before a channel, the element with the lower number before another.
+std::map<Key, Answer> touchedFaces(const ShakenMold& mold) {
+  std::map<Key, Answer> touched;
+  for (const auto& [list, kind] : {std::pair{0, 1}, {2, 3}})
+    mold.eachFace(list, [&, kind = kind](int number, const Element&, const Key& key, const Nodes& nodes) {
+      touched.try_emplace(key, Answer{kind, number, nodes});
+    });
+  return touched;
+}
+
+TEST(ContactSurface, MoldFacesTouchWhatLiesBehindThem) {
+  const TempDir dir;
+  int kinds[4] = {};
+  for (unsigned seed = 0; seed < 600; ++seed) {
+    ShakenMold mold(seed);
+    if (mold.elements[1].size() < 40) continue;
+    auto touched = touchedFaces(mold);
+    std::vector<std::pair<Nodes, Answer>> questions;
+    mold.eachFace(1, [&](int number, const Element&, const Key& key, const Nodes& nodes) {
+      questions.emplace_back(nodes, touched[key]);
+      mold.faces.push_back({nodes, 2, 1, 0, 0, number, 0});
+    });
+    mold.write(dir / "mesh.ofe");
+    COFEPatch_ElementSurface builder;
+    ASSERT_EQ(builder.CreateContactSurface((dir / "mesh.ofe").c_str()), 1);
+    for (auto& [asked, answer] : questions) {
+      const bool isTriangle = asked[2] == asked[3];
+      std::rotate(asked.begin(), asked.begin() + 1, asked.begin() + (isTriangle ? 3 : 4));
+      if (isTriangle) asked[3] = asked[2];
+      Answer found;
+      found.kind = builder.GetIfMolbaseFaceContact(asked.data(), found.element, found.nodes.data());
+      EXPECT_EQ(found, answer) << "seed " << seed;
+      ++kinds[found.kind];
+    }
+  }
+  EXPECT_TRUE(kinds[0] > 99 && kinds[1] > 99 && kinds[3] > 99);
+}
+
+TEST(ContactSurface, NothingIsTouchedWithoutAFile) {
+  COFEPatch_ElementSurface builder;
+  EXPECT_EQ(builder.CreateContactSurface("/nowhere/mesh.ofe"), 0);
+  int nodes[4] = {1, 2, 3, 3}, element = 0, matched[4];
+  EXPECT_EQ(builder.GetIfMolbaseFaceContact(nodes, element, matched), 0);
+  const TempDir dir;
+  Mesh mesh = twoTetrahedra();
+  mesh.surfaces[1].nodes = {1, 2, 3, 3};
+  ASSERT_EQ(mesh.write(dir / "mesh.ofe"), 1);
+  ASSERT_EQ(builder.CreateContactSurface((dir / "mesh.ofe").c_str()), 1);
+  EXPECT_EQ(builder.GetIfMolbaseFaceContact(nodes, element, matched), 1);
+  for (Nodes foreign : {Nodes{0, 1, 2, 2}, {1, 2, 6, 6}, {-1, 2, 3, 3}, {1, 1, 2, 2}})
+    EXPECT_EQ(builder.GetIfMolbaseFaceContact(foreign.data(), element, matched), 0);
 }
 
 }  // namespace

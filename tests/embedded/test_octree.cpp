@@ -20,9 +20,7 @@ struct Found {
   std::vector<double> dists;
 };
 
-bool isFinite(const Point& p) {
-  return std::all_of(p.begin(), p.end(), [](double v) { return std::isfinite(v); });
-}
+bool isFinite(const Point& p) { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); }
 
 double square(const Point& a, const Point& b) {
   double sum = 0;
@@ -56,12 +54,8 @@ Found search(COrv3DOctreeMimic& tree, const Point& at, int count) {
   std::vector<int> ids(static_cast<std::size_t>(std::max(count, 0)) + 3, -7);
   std::vector<double> dists(ids.size(), -7);
   const int found = tree.Search(at[0], at[1], at[2], count, ids.data(), dists.data());
-  EXPECT_EQ(ids[0], -7);
-  EXPECT_EQ(dists[0], -7);
-  for (auto i = static_cast<std::size_t>(found) + 1; i < ids.size(); ++i) {
-    EXPECT_EQ(ids[i], -7);
-    EXPECT_EQ(dists[i], -7);
-  }
+  EXPECT_EQ(std::count(ids.begin(), ids.end(), -7), std::ssize(ids) - found);
+  EXPECT_EQ(std::count(dists.begin(), dists.end(), -7), std::ssize(dists) - found);
   return {{ids.begin() + 1, ids.begin() + 1 + found}, {dists.begin() + 1, dists.begin() + 1 + found}};
 }
 
@@ -128,20 +122,17 @@ TEST(Octree, HugeAndTinyCoordinates) {
   const Found far = search(tree, {1e300, -1e300, 0}, 2);
   EXPECT_EQ(far.ids, (std::vector{1, 2}));
   EXPECT_DOUBLE_EQ(far.dists[0], std::sqrt(2) * 1e300);
-  std::vector<Point> nested;  // as deep as a tree gets
-  for (int i = -160; i < 130; ++i)
-    for (const double s : {-1.0, 1.0})
-      nested.push_back({std::ldexp(s, i), std::ldexp(s, -i), std::ldexp(1, i)});
-  expectBruteForce(nested, {{1, 1, 1}, {0, 0, 0}, {-3, 2, 1e-9}, {1e20, 1e20, 1e20}});
-}
-
-TEST(Octree, AFarPointDoesNotBlurTheOthers) {
-  COrv3DOctreeMimic tree;
+  // A far point does not blur the others.
   build(tree, {{0, 0, 0}, {1, 0, 0}, {1e136, 0, 0}, {0, 2, 0}, {-1e300, 1, 0}});
   EXPECT_EQ(search(tree, {1, 0.1, 0}, 3).ids, (std::vector{2, 1, 4}));
   EXPECT_EQ(search(tree, {1, 0.1, 0}, 5).ids, (std::vector{2, 1, 4, 3, 5}));
   EXPECT_EQ(search(tree, {9e135, 0, 0}, 2).ids, (std::vector{3, 1}));
   EXPECT_EQ(search(tree, {-1e299, 0, 0}, 2).ids, (std::vector{1, 2}));
+  std::vector<Point> nested;  // as deep as a tree gets
+  for (int i = -160; i < 130; ++i)
+    for (const double s : {-1.0, 1.0})
+      nested.push_back({std::ldexp(s, i), std::ldexp(s, -i), std::ldexp(1, i)});
+  expectBruteForce(nested, {{1, 1, 1}, {0, 0, 0}, {-3, 2, 1e-9}, {1e20, 1e20, 1e20}});
 }
 
 TEST(Octree, AMillionEqualPointsAreOnePlace) {
@@ -152,22 +143,22 @@ TEST(Octree, AMillionEqualPointsAreOnePlace) {
 
 TEST(Octree, NothingToFind) {
   COrv3DOctreeMimic tree;
-  EXPECT_TRUE(search(tree, {0, 0, 0}, 2).ids.empty());
+  const auto isEmpty = [&](const Point& at, int count) { return search(tree, at, count).ids.empty(); };
+  EXPECT_TRUE(isEmpty({0, 0, 0}, 2));
   tree.SetNodeDimension(-3);
   tree.Init();
-  EXPECT_TRUE(search(tree, {0, 0, 0}, 2).ids.empty());
+  EXPECT_TRUE(isEmpty({0, 0, 0}, 2));
   build(tree, {{kNaN, 0, 0}});
-  EXPECT_TRUE(search(tree, {0, 0, 0}, 2).ids.empty());
+  EXPECT_TRUE(isEmpty({0, 0, 0}, 2));
   tree.SetNodeDimension(4);
   for (const int i : {-1, 0, 3, 5}) tree.SetNodeData(i, i, 0, 0);
-  EXPECT_TRUE(search(tree, {0, 0, 0}, 2).ids.empty());
+  EXPECT_TRUE(isEmpty({0, 0, 0}, 2));
   tree.Init();
   tree.SetNodeData(1, 0, 0, 0);
   tree.Init();
   EXPECT_EQ(search(tree, {0, 0, 0}, 2).ids, (std::vector{3}));
-  for (const Point& at : {Point{kNaN, 0, 0}, Point{0, kInfinity, 0}, Point{0, 0, -kInfinity}})
-    EXPECT_TRUE(search(tree, at, 2).ids.empty());
-  for (const int count : {0, -1}) EXPECT_TRUE(search(tree, {0, 0, 0}, count).ids.empty());
+  EXPECT_TRUE(isEmpty({kNaN, 0, 0}, 2) && isEmpty({0, kInfinity, 0}, 2) && isEmpty({0, 0, -kInfinity}, 2));
+  EXPECT_TRUE(isEmpty({0, 0, 0}, 0) && isEmpty({0, 0, 0}, -1));
 }
 
 }  // namespace

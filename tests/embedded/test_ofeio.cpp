@@ -1,67 +1,33 @@
 #include <sys/stat.h>
 
+#include <numeric>
+
 #include "embedded/all_blocks.h"
 #include "embedded/mesh.h"
+#include "support/test_data.h"
 
 namespace orvmesh::test {
 namespace {
-
-constexpr const char* kAllBlocks =
-    "layerC 78 79 water\n"
-    "layerP 72 73  74 75 76 77\n"
-    "layerM 60 61 steel 62 63 64 65\n"
-    "layerM 66 67  68 69 70 71\n"
-    "name gate one 7 1  BRANCH_ID=-3 THICKNESS=2.5\n"
-    "name  8 0 \n"
-    "name e 9 1 \n"
-    "list 2 50,51,52\n"
-    "list 1 \n"
-    "ccs 0 0 0 0 1,2,3,3 42 43\n"
-    "metal 1 1 2 3 0,0,0,0 0 0\n"
-    "metal 0 0 0 0 1,2,3,4 40 41\n"
-    "sensor 6 1,2,3,4 1.5 2.5 3.5\n"
-    "sensor 1 1,2,3,4 4.5 5.5 6.5\n"
-    "layout 1 2 3 4 1 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20\n"
-    "layout 1 2 3 5 2 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0\n"
-    "layout 0 0 0 0 0 1 2 8 9.25 10 11 12 0.1 0.2 0.3 0.4 0.5 0.6 0.7 -5e-05\n"
-    "line 1 2 3 4 5 6 7 8\n"
-    "line 9 10 11 12 13 14 15 16\n"
-    "diameter 1,2,3,4,5,6,7,0 8.5\n"
-    "badC 1 32\n"
-    "badM 3 31\n"
-    "badP 2 30\n"
-    "bc 5 3 0.75\n"
-    "bc 6 9 -0.75\n"
-    "surface 1,2,3,3 1 12 13 14 1 -15\n"
-    "surface 1,2,3,4 4 17 18 19 1 16909060\n"
-    "C 8 1,2,3,4,5,6,7,8 2 11 4.5\n"
-    "M 4 1,2,3,4,0,0,0,0 5001 6 0\n"
-    "M 8 1,2,3,4,5,6,7,8 7 8 2.5\n"
-    "M 5 1,2,3,4,5,0,0,0 9 10 3.5\n"
-    "P 4 1,2,3,4,0,0,0,0 1 2 0.5\n"
-    "P 4 1,2,3,4,0,0,0,0 3 4 1.5\n"
-    "node 0 0 -1.5\nnode 1 0.25 -1.5\nnode 2 0.5 -1.5\nnode 3 0.75 -1.5\nnode 4 1 -1.5\nnode 5 1.25 -1.5\n"
-    "node 6 1.5 -1.5\nnode 7 1.75 -1.5\nnode 8 2 -1.5\n"
-    "parting 0 0 1\n";
 
 class Ofeio : public ::testing::Test {
  protected:
   TempDir dir_;
   const std::string path_ = dir_ / "mesh.ofe";
+  // What writeAllBlocks writes, as readAllBlocks tells it.
+  const std::string allBlocks_ = testData("embedded/data/all_blocks.txt");
 };
 
 TEST_F(Ofeio, EveryBlockComesBackInAnyOrder) {
   ASSERT_EQ(writeAllBlocks(path_), 1);
   OFEIO_Manipulator file;
   ASSERT_EQ(file.beginReading(path_.c_str(), nullptr, 0), 1) << file.errorText();
-  EXPECT_EQ(readAllBlocks(file), kAllBlocks);
+  EXPECT_EQ(readAllBlocks(file), allBlocks_);
   EXPECT_EQ(file.errorText(), "");
   EXPECT_EQ(file.fileVersion(), 13001);
   for (int i = 0; i < OFEHeader::kWords; ++i) {
-    if (i == m_HEADER_ScaleFactor || i == m_HEADER_NBadC) continue;
-    EXPECT_EQ(file.header[i], 1000 + i);
+    const int wanted = i == m_HEADER_NBadC ? 77 : i == m_HEADER_ScaleFactor ? file.header[i] : 1000 + i;
+    EXPECT_EQ(file.header[i], wanted) << i;
   }
-  EXPECT_EQ(file.header[m_HEADER_NBadC], 77);
   EXPECT_EQ(file.getHeaderSourceString() + "|" + file.getHeaderDateTimeString() + "|" +
                 file.getHeaderUnitString() + "|" + file.getHeaderRemarkString(),
             "source||mm|remark \xC3\xA4");
@@ -79,9 +45,7 @@ TEST_F(Ofeio, SecondPartAloneLeavesTheFirstEmpty) {
   EXPECT_EQ(OFEIO_Manipulator::getFileSecondBlockExsistency(path_.c_str()), 1);
   OFEIO_Manipulator file;
   ASSERT_EQ(file.beginReading(path_.c_str(), nullptr, 1), 1);
-  const std::string all = kAllBlocks;
-  const std::string second = all.substr(0, all.find("badC")) + "parting 0 0 1\n";
-  EXPECT_EQ(readAllBlocks(file), second);
+  EXPECT_EQ(readAllBlocks(file), allBlocks_.substr(0, allBlocks_.find("badC")) + "parting 0 0 1\n");
 }
 
 // Columns of many chunks, constant and changing, element types that change late, a list longer than a chunk.
@@ -94,7 +58,7 @@ TEST_F(Ofeio, LargeBlocksComeBack) {
   ASSERT_EQ(file.beginWriting(path_.c_str(), 14001, 0), 1);
   int nodes[8];
   for (int i = 0; i < kCount; ++i) {
-    for (int k = 0; k < 8; ++k) nodes[k] = i + k;
+    std::iota(nodes, nodes + 8, i);
     ASSERT_EQ(file.writeElementMoldBaseBlockEntry(nodeCount(i), nodes, i, group(i), static_cast<float>(i)),
               i);
   }
@@ -162,8 +126,10 @@ TEST_F(Ofeio, DoorsAreShutInWords) {
   OFEIO_Manipulator file;
   EXPECT_EQ(file.writeNodeBlockEntry(0, 0, 0), -1);
   EXPECT_EQ(file.endWriting(), 0);
-  EXPECT_EQ(file.beginWriting(dir_.path().c_str(), 14001, 0), 0);
-  EXPECT_EQ(file.beginWriting((dir_ / "none/x.ofe").c_str(), 14001, 0), 0);
+  for (const char* const target : {dir_.path().c_str(), "/dev/full", "", "/dev/null/below", "/none/x.ofe"}) {
+    EXPECT_EQ(file.beginWriting(target, 14001, 0), 0) << target;
+    EXPECT_NE(file.errorText(), "") << target;
+  }
   EXPECT_EQ(file.errorText(), "cannot be written: No such file or directory");
   EXPECT_EQ(file.beginWriting(nullptr, 14001, 0), 0);
   EXPECT_EQ(file.beginWriting(path_.c_str(), 14001, 0), 1);
@@ -175,13 +141,14 @@ TEST_F(Ofeio, DoorsAreShutInWords) {
   ASSERT_EQ(::mkfifo((dir_ / "pipe").c_str(), 0600), 0);
   const std::string log = dir_ / "log";
   std::string logged;
-  for (const auto& [name, text] : {std::pair{"missing", "cannot be read: No such file or directory"},
-                                   {"", "is a directory"},
-                                   {"empty", "is empty"},
-                                   {"pipe", "is not a regular file"},
-                                   {"text",
-                                    "is not an OFE block file (it begins with \"1\\x0a[HEADE\", a block "
-                                    "file with \"0blocks\\x0a\")"}}) {
+  const std::pair<const char*, const char*> faults[] = {
+      {"missing", "cannot be read: No such file or directory"},
+      {"", "is a directory"},
+      {"empty", "is empty"},
+      {"pipe", "is not a regular file"},
+      {"text",
+       R"(is not an OFE block file (it begins with "1\x0a[HEADE", a block file with "0blocks\x0a"))"}};
+  for (const auto& [name, text] : faults) {
     OFEIO_Manipulator reader;
     int format = 5;
     const std::string path = dir_ / name;

@@ -96,16 +96,16 @@ TEST(Ofv, PartsHaveAnOrder) {
       [&](auto& w) { return w.writeFaces(m.faceOffsets, m.faceNodes, m.owner, m.neighbour); },
   };
   const std::string path = dir / "a.ofv";
-  for (std::size_t left = 0; left < 4; ++left)
-    for (const bool twice : {false, true}) {
+  for (std::size_t odd = 0; odd < 4; ++odd)
+    for (const int times : {0, 2}) {
       COrvOFVWriter writer;
       ASSERT_EQ(writer.beginWriting(path.c_str()), 1);
       EXPECT_EQ(writer.beginWriting(path.c_str()), 0);
       writer.endWriting();
       ASSERT_EQ(writer.beginWriting(path.c_str()), 1);
       for (std::size_t i = 0; i < 4; ++i)
-        for (int n = i == left ? (twice ? 2 : 0) : 1; n > 0; --n) parts[i](writer);
-      EXPECT_EQ(writer.endWriting(), 0) << left;
+        for (int n = 0; n < (i == odd ? times : 1); ++n) parts[i](writer);
+      EXPECT_EQ(writer.endWriting(), 0) << odd;
       EXPECT_NE(writer.errorText(), "");
       EXPECT_FALSE(std::filesystem::exists(path));
     }

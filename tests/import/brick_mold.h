@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -20,34 +20,32 @@ enum class Cells { hexahedra, wedges, tetrahedra, hexahedraAndPyramids };
 
 class BrickMold {
  public:
-  explicit BrickMold(const std::string& drawing, Cells cells = Cells::hexahedra) {
-    layers_.emplace_back().emplace_back();
-    for (const char letter : drawing) {
-      if (letter == ' ')
-        layers_.emplace_back().emplace_back();
-      else if (letter == '/')
-        layers_.back().emplace_back();
-      else
-        layers_.back().back() += letter;
-    }
+  explicit BrickMold(const std::string& drawing, Cells cells = Cells::hexahedra) : drawing_(drawing) {
     for (int z = 0; z <= depth(); ++z)
       for (int y = 0; y <= height(); ++y)
         for (int x = 0; x <= width(); ++x)
           mesh.nodes.push_back({node(x, y, z), double(x), double(y), double(z)});
     for (const auto& [letter, role] : kBrickRoles) {
-      groups_[letter] = static_cast<int>(groups_.size()) + 1;
-      mesh.names.emplace_back(3, groups_[letter], role);
+      const int group = static_cast<int>(mesh.names.size()) + 1;
+      mesh.names.emplace_back(3, group, role);
+      eachCell([&, sought = letter](int x, int y, int z) {
+        if (at(x, y, z) == sought) addCell(group, x, y, z, cells);
+      });
     }
-    for (const auto& [letter, group] : groups_) addCells(letter, cells);
   }
 
   Msh mesh;
-  int width() const { return static_cast<int>(layers_[0][0].size()); }
-  int height() const { return static_cast<int>(layers_[0].size()); }
-  int depth() const { return static_cast<int>(layers_.size()); }
+  int width() const { return static_cast<int>(std::min(drawing_.find_first_of("/ "), drawing_.size())); }
+  int height() const { return (layerSize() + 1) / (width() + 1); }
+  int depth() const { return (static_cast<int>(drawing_.size()) + 1) / (layerSize() + 1); }
   char at(int x, int y, int z) const {
     if (x < 0 || y < 0 || z < 0 || x >= width() || y >= height() || z >= depth()) return '.';
-    return layers_[std::size_t(z)][std::size_t(y)][std::size_t(x)];
+    return drawing_[static_cast<std::size_t>((z * height() + y) * (width() + 1) + x)];
+  }
+  void eachCell(const auto& visit) const {
+    for (int z = 0; z < depth(); ++z)
+      for (int y = 0; y < height(); ++y)
+        for (int x = 0; x < width(); ++x) visit(x, y, z);
   }
   std::uint64_t node(int x, int y, int z) const {
     return static_cast<std::uint64_t>((z * (height() + 1) + y) * (width() + 1) + x + 1);
@@ -72,43 +70,39 @@ class BrickMold {
   }
 
  private:
-  void addCells(char letter, Cells cells) {
-    for (int z = 0; z < depth(); ++z)
-      for (int y = 0; y < height(); ++y)
-        for (int x = 0; x < width(); ++x)
-          if (at(x, y, z) == letter) addCell(groups_[letter], x, y, z, cells);
-  }
+  int layerSize() const { return static_cast<int>(std::min(drawing_.find(' '), drawing_.size())); }
 
   void addCell(int group, int x, int y, int z, Cells cells) {
-    const std::array<std::uint64_t, 8> n = {
+    // Corners of the pieces, 8 being the middle; the tetrahedra are the six ways from corner 0 to corner 6.
+    static const std::map<Cells, std::vector<std::vector<std::size_t>>> kPieces = {
+        {Cells::hexahedra, {{0, 1, 2, 3, 4, 5, 6, 7}}},
+        {Cells::wedges, {{0, 1, 2, 4, 5, 6}, {0, 2, 3, 4, 6, 7}}},
+        {Cells::tetrahedra,
+         {{0, 1, 2, 6}, {0, 2, 3, 6}, {0, 3, 7, 6}, {0, 7, 4, 6}, {0, 4, 5, 6}, {0, 5, 1, 6}}},
+        {Cells::hexahedraAndPyramids,
+         {{0, 1, 2, 3, 8},
+          {4, 7, 6, 5, 8},
+          {0, 4, 5, 1, 8},
+          {1, 5, 6, 2, 8},
+          {2, 6, 7, 3, 8},
+          {3, 7, 4, 0, 8}}}};
+    static const std::map<std::size_t, int> kTypes = {{4, 4}, {8, 5}, {6, 6}, {5, 7}};  // by corners
+    if (cells == Cells::hexahedraAndPyramids && (x + y + z) % 2 != 0) cells = Cells::hexahedra;
+    std::vector<std::uint64_t> corners = {
         node(x, y, z),     node(x + 1, y, z),     node(x + 1, y + 1, z),     node(x, y + 1, z),
         node(x, y, z + 1), node(x + 1, y, z + 1), node(x + 1, y + 1, z + 1), node(x, y + 1, z + 1)};
-    const auto add = [&](int type, const std::vector<std::size_t>& corners) {
+    if (cells == Cells::hexahedraAndPyramids) {
+      corners.push_back(mesh.nodes.size() + 1);
+      mesh.nodes.push_back({corners.back(), x + 0.5, y + 0.5, z + 0.5});
+    }
+    for (const auto& piece : kPieces.at(cells)) {
       std::vector<std::uint64_t> nodes;
-      for (const auto c : corners) nodes.push_back(c == 8 ? mesh.nodes.size() : n[c]);
-      addElement(type, 3, group, nodes);
-    };
-    const bool pyramids = cells == Cells::hexahedraAndPyramids && (x + y + z) % 2 == 0;
-    if (pyramids) {
-      mesh.nodes.push_back({mesh.nodes.size() + 1, x + 0.5, y + 0.5, z + 0.5});
-      const std::size_t sides[][4] = {{0, 1, 2, 3}, {4, 7, 6, 5}, {0, 4, 5, 1},
-                                      {1, 5, 6, 2}, {2, 6, 7, 3}, {3, 7, 4, 0}};
-      for (const auto& side : sides) add(7, {side[0], side[1], side[2], side[3], 8});
-    } else if (cells == Cells::tetrahedra) {
-      // The six ways from corner 0 to corner 6 along edges.
-      for (const std::vector<std::size_t>& t : std::vector<std::vector<std::size_t>>{
-               {0, 1, 2, 6}, {0, 2, 3, 6}, {0, 3, 7, 6}, {0, 7, 4, 6}, {0, 4, 5, 6}, {0, 5, 1, 6}})
-        add(4, t);
-    } else if (cells == Cells::wedges) {
-      add(6, {0, 1, 2, 4, 5, 6});
-      add(6, {0, 2, 3, 4, 6, 7});
-    } else {
-      add(5, {0, 1, 2, 3, 4, 5, 6, 7});
+      for (const auto corner : piece) nodes.push_back(corners[corner]);
+      addElement(kTypes.at(piece.size()), 3, group, nodes);
     }
   }
 
-  std::vector<std::vector<std::string>> layers_;
-  std::map<char, int> groups_;
+  std::string drawing_;
 };
 
 }  // namespace orvmesh::test

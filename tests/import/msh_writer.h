@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <map>
+#include <span>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -40,7 +43,7 @@ class MshWriter {
 
   std::string write() {
     out_ = "$MeshFormat\n" + std::string(is41_ ? "4.1" : "2.2") + (binary_ ? " 1 8\n" : " 0 8\n");
-    if (binary_) ints({1});
+    if (binary_) row(1);
     end("$EndMeshFormat");
     out_ += "$PhysicalNames\n" + std::to_string(mesh_.names.size()) + "\n";
     for (const auto& [dimension, tag, name] : mesh_.names)
@@ -51,117 +54,84 @@ class MshWriter {
   }
 
  private:
+  // A number or a range of them; int, std::uint64_t and double are the file's own widths.
   template <class Value>
-  void put(Value value) {
-    char bytes[sizeof value];
-    std::memcpy(bytes, &value, sizeof value);
-    out_.append(bytes, sizeof value);
-  }
-  void ints(const std::vector<int>& values) {
-    for (const int v : values) binary_ ? put<std::int32_t>(v) : text(std::to_string(v));
-  }
-  void sizes(const std::vector<std::uint64_t>& values) {
-    for (const auto v : values) binary_ ? put(v) : text(std::to_string(v));
-  }
-  void reals(const std::vector<double>& values) {
-    for (const double v : values) {
-      char digits[40];
-      std::snprintf(digits, sizeof digits, "%.17g", v);
-      binary_ ? put(v) : text(digits);
+  void put(const Value& value) {
+    if constexpr (requires { value.begin(); }) {
+      for (const auto& each : value) put(each);
+    } else {
+      char piece[40];
+      std::size_t size = sizeof value;
+      if (binary_)
+        std::memcpy(piece, &value, size);
+      else
+        size = static_cast<std::size_t>(std::snprintf(piece, sizeof piece, "%.17g ", double(value)));
+      out_.append(piece, size);
     }
   }
-  void text(const std::string& word) { out_ += word + " "; }
-  void newLine() {
+  void row(const auto&... values) {
+    (put(values), ...);
     if (!binary_) out_.back() = '\n';
   }
   void end(const char* mark) { out_ += std::string(binary_ ? "\n" : "") + mark + "\n"; }
 
   void write22() {
     out_ += "$Nodes\n" + std::to_string(mesh_.nodes.size()) + "\n";
-    for (const auto& node : mesh_.nodes) {
-      ints({static_cast<int>(node.tag)});
-      reals({node.x, node.y, node.z});
-      newLine();
-    }
+    for (const auto& node : mesh_.nodes) row(static_cast<int>(node.tag), node.x, node.y, node.z);
     end("$EndNodes");
     out_ += "$Elements\n" + std::to_string(mesh_.elements.size()) + "\n";
     for (const auto& element : mesh_.elements) {
       const int tag = static_cast<int>(element.tag);
-      binary_ ? ints({element.type, 1, 2, tag}) : ints({tag, element.type, 2});
-      ints({element.group, element.entity});
-      for (const auto node : element.nodes) ints({static_cast<int>(node)});
-      newLine();
+      const std::vector<int> head =
+          binary_ ? std::vector{element.type, 1, 2, tag} : std::vector{tag, element.type, 2};
+      const std::vector<int> nodes(element.nodes.begin(), element.nodes.end());
+      row(head, element.group, element.entity, nodes);
     }
     end("$EndElements");
-  }
-
-  void writeEntities() {
-    std::map<std::pair<int, int>, int> entities;
-    std::uint64_t counts[4] = {};
-    for (const auto& element : mesh_.elements) entities[{element.dimension, element.entity}] = element.group;
-    for (const auto& [key, group] : entities) ++counts[key.first];
-    out_ += "$Entities\n";
-    sizes({counts[0], counts[1], counts[2], counts[3]});
-    newLine();
-    for (const auto& [key, group] : entities) {
-      ints({key.second});
-      reals(std::vector<double>(key.first == 0 ? 3 : 6, 0.5));
-      sizes({group == 0 ? 0U : 1U});
-      if (group != 0) ints({group});
-      if (key.first > 0) {
-        sizes({2});
-        ints({7, -7});
-      }
-      newLine();
-    }
-    end("$EndEntities");
   }
 
   void write41() {
-    writeEntities();
+    out_ += "$Entities\n";
+    std::map<std::pair<int, int>, int> entities;
+    std::array<std::uint64_t, 4> counts{};
+    for (const auto& element : mesh_.elements) entities[{element.dimension, element.entity}] = element.group;
+    for (const auto& [key, group] : entities) ++counts[static_cast<std::size_t>(key.first)];
+    row(counts);
+    for (const auto& [key, group] : entities) {
+      const std::vector<double> box(key.first == 0 ? 3 : 6, 0.5);
+      const std::vector<int> groups(group == 0 ? 0 : 1, group);
+      if (key.first == 0)
+        row(key.second, box, groups.size(), groups);
+      else
+        row(key.second, box, groups.size(), groups, std::uint64_t{2}, 7, -7);
+    }
+    end("$EndEntities");
     out_ += "$Nodes\n";
-    sizes({2, mesh_.nodes.size(), 1, 1});
-    newLine();
-    // Two blocks, the second one with parametric coordinates.
-    const auto half = mesh_.nodes.size() / 2;
-    writeNodes(0, half, false);
-    writeNodes(half, mesh_.nodes.size(), true);
+    row(std::uint64_t{2}, mesh_.nodes.size(), std::uint64_t{1}, std::uint64_t{1});
+    const std::span<const MshNode> nodes(mesh_.nodes);
+    writeNodes(nodes.first(nodes.size() / 2), false);
+    writeNodes(nodes.subspan(nodes.size() / 2), true);
     end("$EndNodes");
-    std::vector<std::vector<const MshElement*>> blocks;
+    std::vector<std::vector<MshElement>> blocks;
     for (const auto& element : mesh_.elements) {
-      const auto* last = blocks.empty() ? nullptr : blocks.back().front();
-      if (last == nullptr || last->type != element.type || last->entity != element.entity)
+      if (blocks.empty() || blocks.back()[0].type != element.type ||
+          blocks.back()[0].entity != element.entity)
         blocks.emplace_back();
-      blocks.back().push_back(&element);
+      blocks.back().push_back(element);
     }
     out_ += "$Elements\n";
-    sizes({blocks.size(), mesh_.elements.size(), 1, 1});
-    newLine();
+    row(blocks.size(), mesh_.elements.size(), std::uint64_t{1}, std::uint64_t{1});
     for (const auto& block : blocks) {
-      ints({block[0]->dimension, block[0]->entity, block[0]->type});
-      sizes({block.size()});
-      newLine();
-      for (const auto* element : block) {
-        sizes({element->tag});
-        sizes(element->nodes);
-        newLine();
-      }
+      row(block[0].dimension, block[0].entity, block[0].type, block.size());
+      for (const auto& element : block) row(element.tag, element.nodes);
     }
     end("$EndElements");
   }
-  void writeNodes(std::size_t first, std::size_t last, bool parametric) {
-    ints({2, 1, parametric ? 1 : 0});
-    sizes({last - first});
-    newLine();
-    for (auto k = first; k < last; ++k) {
-      sizes({mesh_.nodes[k].tag});
-      newLine();
-    }
-    for (auto k = first; k < last; ++k) {
-      reals({mesh_.nodes[k].x, mesh_.nodes[k].y, mesh_.nodes[k].z});
-      if (parametric) reals({0.25, 0.75});
-      newLine();
-    }
+  void writeNodes(std::span<const MshNode> nodes, bool parametric) {
+    row(2, 1, parametric ? 1 : 0, nodes.size());
+    for (const auto& node : nodes) row(node.tag);
+    const std::vector<double> parameters(parametric ? 2 : 0, 0.25);
+    for (const auto& node : nodes) row(node.x, node.y, node.z, parameters);
   }
 
   const Msh& mesh_;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <filesystem>
+#include <sstream>
 
 #include "import/imported.h"
 
@@ -20,100 +21,58 @@ Msh smallMesh() {
 
 // The bytes of the OFE file made of these, the mesh file's name and time being always the same.
 std::string ofeOf(const std::string& bytes) {
-  const TempDir dir;
-  importing::ImportOptions options;
-  options.mesh = dir / "mold.msh";
-  options.target = dir / "mold.ofe";
-  writeBytes(options.mesh, bytes);
-  std::filesystem::last_write_time(options.mesh, std::filesystem::file_time_type{});
-  importing::importMesh(options);
-  return bytesOf(options.target);
+  const ImportJob job(bytes);
+  std::filesystem::last_write_time(job.options.mesh, std::filesystem::file_time_type{});
+  importing::importMesh(job.options);
+  return bytesOf(job.options.target);
 }
 
-// Damaged files, thousands of them: refused in one line or imported into a file that reads, and nothing else.
-class Damaged {
- public:
-  bool isImported(const std::string& bytes) {
-    writeBytes(options_.mesh, bytes);
-    const auto text = failureOf([&] { importing::importMesh(options_); });
-    if (text == "no failure") {
-      COFEData data;
-      EXPECT_EQ(1, data.ReadDataBin(options_.target.c_str(), nullptr, 0, false)) << data.errorText();
-      return true;
-    }
-    EXPECT_TRUE(text.starts_with(options_.mesh + ": ")) << text;
-    EXPECT_EQ(std::string::npos, text.find('\n')) << text;
-    return false;
+// Imported into a file that reads, or refused in one line, and nothing else.
+bool isImported(const std::string& bytes) {
+  const ImportJob job(bytes);
+  const auto text = failureOf([&] { importing::importMesh(job.options); });
+  if (text == "no failure") {
+    COFEData data;
+    EXPECT_EQ(1, data.ReadDataBin(job.options.target.c_str(), nullptr, 0, false)) << data.errorText();
+    return true;
   }
-  Damaged() {
-    options_.mesh = *dir_ / "mold.msh";
-    options_.target = *dir_ / "mold.ofe";
-  }
-
- private:
-  // In memory where there is such a folder: every target is synced to its disk.
-  static std::unique_ptr<TempDir> quickDir() {
-    if (std::filesystem::is_directory("/dev/shm")) ::setenv("TMPDIR", "/dev/shm", 1);
-    auto dir = std::make_unique<TempDir>();
-    ::unsetenv("TMPDIR");
-    return dir;
-  }
-
-  std::unique_ptr<TempDir> dir_ = quickDir();
-  importing::ImportOptions options_;
-};
-
-std::string replaced(std::string text, const std::string& from, const std::string& to) {
-  const auto at = text.find(from);
-  EXPECT_NE(std::string::npos, at) << from;
-  return at == std::string::npos ? text : text.replace(at, from.size(), to);
+  EXPECT_TRUE(text.starts_with(job.options.mesh + ": ")) << text;
+  EXPECT_EQ(std::string::npos, text.find('\n')) << text;
+  return false;
 }
 
 }  // namespace
 
-TEST(MshFiles, AllEncodingsGiveTheSameFile) {
+TEST(MshFiles, EncodingsAndTagsOfNodesChangeNothing) {
   const auto expected = ofeOf(writeMsh(smallMesh(), Encoding::binary41));
-  for (const auto encoding : kEncodings) EXPECT_EQ(expected, ofeOf(writeMsh(smallMesh(), encoding)));
+  // Tags from 1 or a higher one on, with small and with wide gaps, and all back to front.
+  for (const auto& [offset, factor] : {std::pair{0U, 1U}, {17U, 1U}, {17U, 3U}, {17U, 70000U}}) {
+    for (const bool reversed : {false, true}) {
+      auto mesh = smallMesh();
+      for (auto& node : mesh.nodes) node.tag = offset + factor * node.tag;
+      for (auto& element : mesh.elements)
+        for (auto& node : element.nodes) node = offset + factor * node;
+      if (reversed) std::reverse(mesh.nodes.begin(), mesh.nodes.end());
+      for (const auto encoding : kEncodings) EXPECT_EQ(expected, ofeOf(writeMsh(mesh, encoding)));
+    }
+  }
   auto crlf = writeMsh(smallMesh(), Encoding::text41);
   for (std::size_t at = 0; (at = crlf.find('\n', at)) != crlf.npos; at += 2) crlf.insert(at, 1, '\r');
   EXPECT_EQ(expected, ofeOf(crlf)) << "Windows line ends";
 }
 
-TEST(MshFiles, SparseAndUnorderedTagsGiveTheSameFile) {
-  const auto mesh = smallMesh();
-  const auto expected = ofeOf(writeMsh(mesh, Encoding::text22));
-  // Ascending tags with small and with wide gaps, and both back to front.
-  for (const std::uint64_t factor : {1U, 3U, 70000U}) {
-    for (const bool reversed : {false, true}) {
-      auto other = mesh;
-      for (auto& node : other.nodes) node.tag = 17 + factor * node.tag;
-      for (auto& element : other.elements)
-        for (auto& node : element.nodes) node = 17 + factor * node;
-      if (reversed) std::reverse(other.nodes.begin(), other.nodes.end());
-      for (const auto encoding : kEncodings) EXPECT_EQ(expected, ofeOf(writeMsh(other, encoding)));
-    }
-  }
-}
-
-TEST(MshFiles, CutAtAnyByteAreRefused) {
-  Damaged damaged;
-  for (const auto encoding : kEncodings) {
-    const auto bytes = writeMsh(smallMesh(), encoding);
-    ASSERT_TRUE(damaged.isImported(bytes));
-    for (std::size_t size = 0; size + 1 < bytes.size(); ++size)
-      ASSERT_FALSE(damaged.isImported(bytes.substr(0, size))) << "cut at " << size;
-  }
-}
-
-TEST(MshFiles, WithAnyByteChangedAreImportedOrRefused) {
+TEST(MshFiles, CutAtAnyByteAreRefusedAndWithAnyChangedImportedOrRefused) {
   constexpr int kFlips[] = {0x01, 0x80, 0xFF};
-  Damaged damaged;
+  // In memory where there is such a folder: every target is synced to its disk.
+  if (std::filesystem::is_directory("/dev/shm")) ::setenv("TMPDIR", "/dev/shm", 1);
   for (const auto encoding : kEncodings) {
     const auto bytes = writeMsh(smallMesh(), encoding);
+    ASSERT_TRUE(isImported(bytes));
     for (std::size_t at = 0; at < bytes.size(); ++at) {
+      ASSERT_EQ(at + 1 == bytes.size(), isImported(bytes.substr(0, at))) << "cut at " << at;
       auto changed = bytes;
       changed[at] = static_cast<char>(changed[at] ^ kFlips[at % 3]);
-      (void)damaged.isImported(changed);
+      (void)isImported(changed);
     }
   }
 }
@@ -125,26 +84,23 @@ TEST(MshFiles, UnknownAndPartitionedSectionsArePassed) {
   EXPECT_EQ(expected, ofeOf(replaced(text, "$Nodes", "$Empty\n$EndEmpty\n$Nodes")));
   EXPECT_EQ(expected, ofeOf(replaced(text, "$Nodes", "$Periodic\n1\n2 3 4\n$EndPeriodic\n$Nodes")));
   // Groups that come with the partitioned entities instead.
-  const auto first = text.find("$Entities"), last = text.find("$Nodes");
-  auto entities = text.substr(first, last - first);
-  std::string partitioned = "$PartitionedEntities\n2 1 7 1\n";
-  std::size_t at = entities.find('\n') + 1;
-  partitioned += entities.substr(at, entities.find('\n', at) + 1 - at);
-  for (at = entities.find('\n', at) + 1; entities[at] != '$'; at = entities.find('\n', at) + 1) {
-    const auto blank = entities.find(' ', at);
-    partitioned += entities.substr(at, blank - at) + " 3 1 2 1 2" +
-                   entities.substr(blank, entities.find('\n', at) + 1 - blank);
-  }
-  partitioned += "$EndPartitionedEntities\n";
-  EXPECT_EQ(expected, ofeOf(text.substr(0, first) + partitioned + text.substr(last)));
+  const auto first = text.find("$Entities\n"), last = text.find("$EndEntities\n");
+  std::istringstream entities(text.substr(first, last - first));
+  std::string line, partitioned = "$PartitionedEntities\n2 1 7 1\n";
+  std::getline(entities, line);
+  std::getline(entities, line);
+  partitioned += line + "\n";
+  while (std::getline(entities, line)) partitioned += line.insert(line.find(' '), " 3 1 2 1 2") + "\n";
+  EXPECT_EQ(expected, ofeOf(text.substr(0, first) + partitioned + "$EndPartitionedEntities\n" +
+                            text.substr(text.find("$Nodes"))));
 }
 
 TEST(MshFiles, RefusalsSayWhereAndWhatWouldBeRight) {
   const auto text = writeMsh(smallMesh(), Encoding::text41);
   const auto text22 = writeMsh(smallMesh(), Encoding::text22);
   const auto binary = writeMsh(smallMesh(), Encoding::binary41);
-  const std::tuple<std::string, std::string> rows[] = {
-      {"", "mold.msh: is empty; expected a mesh file"},
+  const std::pair<std::string, const char*> rows[] = {
+      {"", ": is empty; expected a mesh file"},
       {"solid cube\n", "line 1: is no MSH file: expected $MeshFormat"},
       {replaced(text, "4.1 0 8", "4 0 8"), "line 2: MSH version 4 is not read, only 2.2 and 4.1"},
       {replaced(text, "4.1 0 8", "4.1 2 8"), "file type 2; expected 0 (text) or 1 (binary)"},
@@ -166,14 +122,5 @@ TEST(MshFiles, RefusalsSayWhereAndWhatWouldBeRight) {
       {replaced(text, "\n3 1 5 ", "\n2 1 5 "),
        "a block of dimension 2 holds elements of type 5 (hexahedron)"},
   };
-  for (const auto& [bytes, expected] : rows) {
-    const auto found = refusal(bytes);
-    EXPECT_TRUE(found.starts_with("mold.msh: ")) << found;
-    EXPECT_NE(std::string::npos, found.find(expected)) << "expected: " << expected << "\nfound: " << found;
-  }
-  importing::ImportOptions folder;
-  folder.mesh = std::filesystem::temp_directory_path();
-  EXPECT_NE(std::string::npos, failureOf([&] { importing::importMesh(folder); }).find("is a directory"));
-  folder.mesh = "/nowhere/mold.msh";
-  EXPECT_NE(std::string::npos, failureOf([&] { importing::importMesh(folder); }).find("No such file"));
+  for (const auto& [bytes, expected] : rows) expectRefusal(expected, bytes);
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <set>
 
 #include "import/imported.h"
@@ -17,12 +18,10 @@ std::map<std::pair<int, int>, std::set<Numbers>> listsByPlace(const MeshModel& m
     const auto list = m.surfaces.list(k);
     EXPECT_TRUE(std::is_sorted(list.begin(), list.end()));
     EXPECT_EQ(m.surfaces.hasList(k), !list.empty());
-    double low = 99, high = -1;
-    for (int n = 0; n < face.nodeCount; ++n) {
-      low = std::min(low, m.nodes[face.nodes[n]].x);
-      high = std::max(high, m.nodes[face.nodes[n]].x);
-    }
-    if (low == high) lists[{face.interfaceId, int(low)}].insert(Numbers(list.begin(), list.end()));
+    const auto [low, high] = std::ranges::minmax(std::span(face.nodes, std::size_t(face.nodeCount)), {},
+                                                 [&](std::int32_t node) { return m.nodes[node].x; });
+    if (m.nodes[low].x == m.nodes[high].x)
+      lists[{face.interfaceId, int(m.nodes[low].x)}].insert(Numbers(list.begin(), list.end()));
   }
   return lists;
 }
@@ -58,10 +57,7 @@ TEST(SurfaceNames, FacesWithoutASurfaceAreCountedAndGroupsOfThemRefused) {
   BrickMold mold("MMI.P");
   mold.nameFace("inside", 0, 0, 0, 1);
   const auto roles = R"({"bcNames": [{"name": "a", "type": 1, "groups": ["inside"]}]})";
-  const auto text = refusal(writeMsh(mold.mesh, Encoding::text41), roles);
-  EXPECT_TRUE(
-      text.starts_with("roles.json: bcNames[0].groups: surface group 'inside' has no surface element"))
-      << text;
+  expectRefusal(": bcNames[0].groups: surface group 'inside' has no surface element", mold.mesh, roles);
   const auto group = mold.mesh.elements.back().group;
   mold.addElement(3, 2, group,
                   {mold.node(0, 0, 0), mold.node(0, 1, 0), mold.node(0, 1, 1), mold.node(0, 0, 1)});
@@ -72,8 +68,7 @@ TEST(SurfaceNames, FacesWithoutASurfaceAreCountedAndGroupsOfThemRefused) {
   std::string many = R"({"bcNames": [)";
   for (int k = 0; k < 1000; ++k) many += R"({"name": "a", "type": 1, "groups": ["moldbase", "inside"]},)";
   many.back() = ']';
-  EXPECT_NE(std::string::npos,
-            refusal(writeMsh(mold.mesh, Encoding::text41), many + "}").find("too many names"));
+  expectRefusal("too many names", mold.mesh, many + "}");
 }
 
 TEST(ChannelSurface, IsTheCoolantChannelsOwn) {
@@ -84,18 +79,16 @@ TEST(ChannelSurface, IsTheCoolantChannelsOwn) {
     const auto& outline = m.channelSurface;
     std::set<std::int32_t> nodes;
     std::size_t next = 0;
-    for (std::int32_t k = 1; k <= m.surfaces.count(); ++k) {
-      const auto face = m.surfaces[k];
+    for (const auto& face : surfacesOf(m)) {
       if (face.interfaceId < 3 || face.ownerCode != 1) continue;
       ASSERT_LT(next, outline.faces.size());
       const auto& found = outline.faces[next++];
-      EXPECT_EQ(face.boundaryType, found.faceCodeA);
-      EXPECT_EQ(face.interfaceId, found.faceCodeB);
+      EXPECT_EQ(std::pair(face.boundaryType, face.interfaceId), std::pair(found.faceCodeA, found.faceCodeB));
       for (int n = 0; n < face.nodeCount; ++n) {
         nodes.insert(face.nodes[n]);
-        const auto& point = outline.points.at(static_cast<std::size_t>(found.nodes[n]) - 1);
+        const auto& [x, y, z] = outline.points.at(static_cast<std::size_t>(found.nodes[n]) - 1);
         const auto node = m.nodes[face.nodes[n]];
-        EXPECT_EQ(std::tuple(node.x, node.y, node.z), std::tuple(point.x, point.y, point.z));
+        EXPECT_EQ(std::tuple(node.x, node.y, node.z), std::tuple(x, y, z));
       }
     }
     EXPECT_EQ(next, outline.faces.size());

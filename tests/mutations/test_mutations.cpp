@@ -16,6 +16,7 @@
 #include "support/everything.h"
 #include "support/failure_of.h"
 #include "support/json_mesh.h"
+#include "support/test_data.h"
 
 // Damaged files of every kind, all the mutations of mutations.h. ORVMESH_LONG tries every one.
 namespace orvmesh::test {
@@ -44,25 +45,21 @@ void expectAllReported(const std::string& bytes, std::size_t stride,
   file.put(bytes);
   ASSERT_EQ(refusal(file.path()), "");
   std::size_t tried = 0;
-  Mutations(bytes, stride, [&](const char* what, std::size_t position, const std::string& mutated) {
+  eachMutation(bytes, stride, [&](const char* what, std::size_t position, const std::string& mutated) {
     file.put(mutated);
     ++tried;
     EXPECT_NE(refusal(file.path()), "") << what << " at " << position;
-  }).run();
+  });
   std::cout << tried << " damages of " << bytes.size() << " bytes, all reported\n";
 }
 
-TEST(Mutations, OfABlockFileAreAllReported) {
-  const TempDir dir;
-  ASSERT_EQ(writeAllBlocks(dir / "mesh.ofe"), 1);
-  expectAllReported(bytesOf(dir / "mesh.ofe"), 1, &refusalOfBlocks);
+std::string makeDump(const TempDir& dir, int version) {
+  return writeFile(dir / "map.dmp", version, everything()) == 1 ? bytesOf(dir / "map.dmp") : std::string();
 }
 
-TEST(Mutations, OfABlockDumpAreAllReported) {
-  const TempDir dir;
-  ASSERT_EQ(writeFile(dir / "map.dmp", 2004, everything()), 1);
-  expectAllReported(bytesOf(dir / "map.dmp"), 3, &dumpRefusal);
-}
+TEST(Mutations, OfABlockFileAreAllReported) { expectAllReported(bytesOfAllBlocks(), 1, &refusalOfBlocks); }
+
+TEST(Mutations, OfABlockDumpAreAllReported) { expectAllReported(makeDump(TempDir(), 2004), 3, &dumpRefusal); }
 
 TEST(Mutations, OfAnOfvFileAreAllReported) {
   const TempDir dir;
@@ -87,21 +84,9 @@ std::string makeCtg(const TempDir& dir) {
 }
 
 const TextFormat kTextFormats[] = {
-    {"JSON", [](const TempDir&) { return std::string(kEverything); }, &useJson, 37},
-    {"MSH",
-     [](const TempDir&) {
-       return std::string(
-           "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$PhysicalNames\n2\n3 1 \"part\"\n3 2 \"moldbase\"\n"
-           "$EndPhysicalNames\n$Nodes\n5\n1 0 0 0\n2 1 0 0\n3 0 1 0\n4 0 0 1\n5 1 1 "
-           "1\n$EndNodes\n$Elements\n2\n"
-           "1 4 2 1 1 1 2 3 4\n2 4 2 2 2 2 4 3 5\n$EndElements\n");
-     },
-     &useMsh, 5},
-    {"DMP",
-     [](const TempDir& dir) {
-       return writeFile(dir / "map.dmp", 1023, everything()) == 1 ? bytesOf(dir / "map.dmp") : std::string();
-     },
-     &useSoundDump, 5},
+    {"JSON", [](const TempDir&) { return kEverything; }, &useJson, 37},
+    {"MSH", [](const TempDir&) { return testData("mutations/data/mold.msh"); }, &useMsh, 5},
+    {"DMP", [](const TempDir& dir) { return makeDump(dir, 1023); }, &useSoundDump, 5},
     {"CTG", &makeCtg, &useCtg, 11},
     {"SNC", [](const TempDir&) { return std::string(kSncText); }, &useSnc, 1}};
 
@@ -130,17 +115,18 @@ TEST(Mutations, OfTextAreRefusedInWordsOrMakeAValidModel) {
     file.put(text);
     EXPECT_NO_THROW(format.use(file.path(), dir)) << format.name;
     std::size_t tried = 0, accepted = 0;
-    Mutations(text, format.stride, [&](const char* what, std::size_t position, const std::string& mutated) {
-      SCOPED_TRACE(std::string(format.name) + " " + what + " at " + std::to_string(position));
-      file.put(mutated);
-      ++tried;
-      try {
-        format.use(file.path(), dir);
-        ++accepted;
-      } catch (const Failure& failure) {
-        expectClear(failure.what(), file.path());
-      }
-    }).run();
+    eachMutation(text, format.stride,
+                 [&](const char* what, std::size_t position, const std::string& mutated) {
+                   SCOPED_TRACE(std::string(format.name) + " " + what + " at " + std::to_string(position));
+                   file.put(mutated);
+                   ++tried;
+                   try {
+                     format.use(file.path(), dir);
+                     ++accepted;
+                   } catch (const Failure& failure) {
+                     expectClear(failure.what(), file.path());
+                   }
+                 });
     std::cout.rdbuf(output);
     std::cout << format.name << ": " << tried << " damages, " << accepted << " make another valid file\n";
   }

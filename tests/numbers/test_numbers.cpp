@@ -4,12 +4,14 @@
 #include <functional>
 #include <iostream>
 #include <span>
+#include <sstream>
 
 #include "dmpio/dump_content.h"
 #include "support/long_run.h"
 #include "support/random_mold.h"
 #include "support/recorded_numbers.h"
-#include "transfer/mold.h"
+#include "support/run_variant.h"
+#include "support/temp_dir.h"
 
 // The numbers that a transfer gives lead from the source to the target, what stands in the target leads back,
 // and both ways are one: for every entity that the variant keeps, and for no other.
@@ -111,12 +113,13 @@ struct Target {
       if (e != 0 || !isJoined)
         faces.push_back({nodes[0], nodes[1], nodes[2], nodes[3]});  // not those of the join
     std::map<int, std::vector<float>> byKind;
-    while (file.readSensorInfoBlockEntry(a, nodes, x, y, z) >= 0) byKind[a].push_back(x);
+    for (; file.readSensorInfoBlockEntry(a, nodes, x, y, z) >= 0; ++sensorCount) byKind[a].push_back(x);
     for (const int kind : kNumberedKinds)
       sensors.insert(sensors.end(), byKind[kind].begin(), byKind[kind].end());
   }
   std::vector<std::array<float, 3>> places;
   std::vector<float> elements, sensors;
+  std::size_t sensorCount = 0;  // of all kinds
   std::vector<std::array<int, 4>> faces;
 };
 
@@ -140,6 +143,15 @@ std::size_t expectThereAndBack(const std::vector<Entity>& source, Numbers number
     EXPECT_EQ(std::ranges::count(target, told), 1);
   }
   return count;
+}
+
+// The sum of what the transfer tells of dropped sensors, or of all else.
+std::size_t droppedOf(const COrvMeshFormatTransfer& transfer, bool sensors) {
+  std::size_t sum = 0;
+  std::istringstream lines(transfer.GetDropped_Link());
+  for (std::string line; std::getline(lines, line);)
+    if (line.starts_with("sensors") == sensors) sum += std::stoul(line.substr(line.rfind(' ')));
+  return sum;
 }
 
 // A dump holds the same numbers.
@@ -195,6 +207,8 @@ void Tally::check(const Mold& mold, const Variant& variant, const std::string& d
       [&](const auto& sensor) { return variant.sensorKinds.contains(sensor.kind); },
       [](const auto& sensor) { return sensor.x; }, target.sensors);
   EXPECT_EQ(sensors, target.sensors.size());
+  EXPECT_EQ(faces + droppedOf(transfer, false), mold.faces.size());
+  EXPECT_EQ(target.sensorCount + droppedOf(transfer, true), mold.sensors.size());
   kept += elements + faces + sensors;
   constexpr int kVersions[] = {1020, 1022, 1023, 2001, 2003, 2004, 2005};
   expectRecorded(transfer, dir + "/map", kVersions[all++ % std::size(kVersions)]);

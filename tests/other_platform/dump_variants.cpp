@@ -1,22 +1,18 @@
 // Loads a mesh from JSON and dumps it and all its variants as JSON. Linked with another platform than the
 // embedded one. Usage: dump_variants MESH.json FOLDER
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 
 #include "base/failure.h"
-#include "transfer/mold.h"
+#include "support/run_variant.h"
+#include "view/ofe_json.h"
 
 int main(int argc, char** argv) {
   if (argc != 3) return 2;
-  std::ifstream in(argv[1]);
-  const std::string text(std::istreambuf_iterator<char>(in), {});
   const std::string folder = argv[2];
   try {
-    orvmesh::view::loadJson(text, argv[1], "source.ofe");
+    orvmesh::view::loadJsonFile(argv[1], "source.ofe");
     orvmesh::view::dumpJsonFile("source.ofe", folder + "/source.json");
-    for (const char* name :
-         {"channels", "hot-runner", "stream-line", "moldbase", "part-inserts", "part-inserts-channels"}) {
+    for (const char* name : orvmesh::test::kVariantNames) {
       COrvMeshFormatTransfer transfer;
       orvmesh::test::runVariant(transfer, name, "source.ofe", std::string(name) + ".ofe");
       if (*transfer.GetErrorMessage_Link() != '\0')

@@ -32,16 +32,15 @@ inline const std::vector<TestSensor> kSensors{{6, 3, 1},  {4, 2, 2},  {4, 1, 3},
                                               {4, 5, 16}, {6, 1, 17}, {2, 1, 18}};
 
 inline std::string sensorMeshJson(const std::vector<TestSensor>& sensors, const std::string& fields = "") {
-  std::string json = R"({ "header": { "fields": { "0": 14001, "18": 1)" + fields + "} }," + kElements;
-  json += R"(, "sensors": [)";
+  auto mesh = nlohmann::json::parse(R"({ "header": { "fields": { "0": 14001, "18": 1)" + fields + "} }," +
+                                    kElements + "}");
   for (const auto& [type, seat, display] : sensors) {
     // A number is either the sixth kind's second or everyone else's third.
-    const std::string ids = type == 6 ? std::to_string(display) + ", -1" : "-1, " + std::to_string(display);
-    json += (json.back() == '[' ? "" : ",") + (R"({ "type": )" + std::to_string(type)) + R"(, "ids": [)" +
-            std::to_string(seat) + ", " + ids + R"(, 0], "position": [)" + std::to_string(display) +
-            ", 0.5, 0] }";
+    nlohmann::json ids{seat, -1, -1, 0};
+    ids[type == 6 ? 1 : 2] = display;
+    mesh["sensors"].push_back({{"type", type}, {"ids", ids}, {"position", {display, 0.5, 0}}});
   }
-  return json + "] }";
+  return mesh.dump();
 }
 
 inline int displayOf(const nlohmann::json& sensor) { return sensor["ids"][sensor["type"] == 6 ? 1 : 2]; }

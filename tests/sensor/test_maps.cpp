@@ -34,14 +34,12 @@ std::vector<std::string> entries(const Mapping& mapping, SensorMapCondition cond
   return all;
 }
 
-// (type, display) of the numbered sensors of a file: by type, or as they stand.
-std::vector<std::pair<int, int>> numbered(const std::string& path, bool byType) {
+// (type, display) of the numbered sensors of a file as they stand.
+std::vector<std::pair<int, int>> numbered(const std::string& path) {
   std::vector<std::pair<int, int>> sensors;
   const auto file = readOfe(path);
   for (const auto& sensor : file["sensors"])
     if (sensor["type"] != 3) sensors.emplace_back(sensor["type"], displayOf(sensor));
-  if (byType)
-    std::stable_sort(sensors.begin(), sensors.end(), [](auto& a, auto& b) { return a.first < b.first; });
   return sensors;
 }
 
@@ -54,24 +52,23 @@ TEST(SensorMapping, AgreesWithWhatTheTransferWrites) {
     std::string target = dir / "joined.ofe";
     COrvMeshFormatTransfer transfer;
     ASSERT_EQ(transfer.TransferMesh_CombinePI(source.data(), target.data()), 1);
-    const auto old = numbered(source, true);
-    const auto joined = numbered(target, false);
+    auto old = numbered(source);
+    std::ranges::stable_sort(old, {}, &std::pair<int, int>::first);
+    const auto joined = numbered(target);
     const Mapping mapping = mappingOf(source, fast);
     ASSERT_EQ(mapping.GetTotalSensorNumber_Ori(), static_cast<int>(old.size()));
     ASSERT_EQ(joined.size(), old.size());
     for (int i = 1; i <= mapping.GetTotalSensorNumber_Ori(); ++i) {
       const int g = mapping.GetSensorMappingGlobalID(SensorMap_Old2New, i);
       ASSERT_TRUE(1 <= g && g <= mapping.GetTotalSensorNumber_Ori());
-      const auto& sensor = old[static_cast<std::size_t>(i) - 1];
-      const auto& twin = joined[static_cast<std::size_t>(g) - 1];
-      EXPECT_EQ(twin.second, sensor.second) << i;
-      EXPECT_EQ(twin.first, mapping.GetSensorMappingType(SensorMap_Old2New, i)) << i;
-      EXPECT_EQ(sensor.first, mapping.GetSensorMappingType(SensorMap_New2Old, g)) << i;
+      const auto [type, display] = old[static_cast<std::size_t>(i) - 1];
+      EXPECT_EQ(joined[static_cast<std::size_t>(g) - 1],
+                std::pair(mapping.GetSensorMappingType(SensorMap_Old2New, i), display))
+          << i;
+      EXPECT_EQ(type, mapping.GetSensorMappingType(SensorMap_New2Old, g)) << i;
       EXPECT_EQ(mapping.GetSensorMappingGlobalID(SensorMap_New2Old, g), fast ? g : i);
       const int local = mapping.GetSensorMappingLocalID(SensorMap_New2Old, g);
-      EXPECT_EQ(
-          mapping.GetSensorMappingGlobalID(SensorMap_Old2New, static_cast<SensorType>(sensor.first), local),
-          g);
+      EXPECT_EQ(mapping.GetSensorMappingGlobalID(SensorMap_Old2New, static_cast<SensorType>(type), local), g);
     }
   }
 }
@@ -146,28 +143,29 @@ TEST(SensorMappingTools, PositionsFollowTheFile) {
   const TempDir dir;
   COrvSensorMappingTools tools;
   EXPECT_EQ(tools.GetSensorDisplayID(1) + tools.GetSensorGlobalID(0), 0);
-  ASSERT_TRUE(
-      tools.SetMeshFilePath(writeOfe(dir.path(), sensorMeshJson({{1, 1, 7}, {3, 1, 9}, {6, 1, 7}})).c_str()));
-  for (const int global : {INT_MIN, -1, 0, 3, INT_MAX}) EXPECT_EQ(tools.GetSensorDisplayID(global), 0);
-  EXPECT_EQ(tools.GetSensorDisplayID(1), 7);
-  EXPECT_EQ(tools.GetSensorDisplayID(2), 7);
-  EXPECT_EQ(tools.GetSensorGlobalID(7), 1);
-  EXPECT_EQ(tools.GetSensorGlobalID(9), 0);
-
+  const auto read = [&](const std::vector<TestSensor>& sensors, const char* fields = "") {
+    EXPECT_TRUE(tools.SetMeshFilePath(writeOfe(dir.path(), sensorMeshJson(sensors, fields)).c_str()));
+  };
+  const auto displays = [&](std::initializer_list<int> globals) {
+    std::vector<int> found;
+    for (const int global : globals) found.push_back(tools.GetSensorDisplayID(global));
+    return found;
+  };
+  read({{1, 1, 7}, {3, 1, 9}, {6, 1, 7}});
+  EXPECT_EQ(displays({INT_MIN, -1, 0, 1, 2, 3, INT_MAX}), (std::vector{0, 0, 0, 7, 7, 0, 0}));
+  EXPECT_EQ(std::pair(1, 0), std::pair(tools.GetSensorGlobalID(7), tools.GetSensorGlobalID(9)));
   const COrvSensorMappingTools copy(tools);
-  ASSERT_TRUE(tools.SetMeshFilePath(writeOfe(dir.path(), sensorMeshJson({{5, 1, 3}, {4, 1, 2}})).c_str()));
+  read({{5, 1, 3}, {4, 1, 2}});
   EXPECT_EQ(tools.GetSensorGlobalID(3), 1) << "in the order of the file, not of the types";
   EXPECT_EQ(copy.GetSensorDisplayID(2), 7);
   // The header counts more, fewer, or what cannot be.
-  const auto with = [&](const char* count) {
-    return tools.SetMeshFilePath(writeOfe(dir.path(), sensorMeshJson({{1, 1, 8}, {1, 1, 9}}, count)).c_str());
-  };
-  EXPECT_TRUE(with(R"(, "120": 4)"));
-  EXPECT_EQ(tools.GetSensorDisplayID(2) * 10 + tools.GetSensorDisplayID(4), 90);
-  EXPECT_TRUE(with(R"(, "120": 1)"));
-  EXPECT_EQ(tools.GetSensorDisplayID(1) * 10 + tools.GetSensorDisplayID(2), 80);
-  EXPECT_TRUE(with(R"(, "120": 2147483647)"));
-  EXPECT_EQ(tools.GetSensorDisplayID(1), 8);
+  const std::vector<TestSensor> two{{1, 1, 8}, {1, 1, 9}};
+  read(two, R"(, "120": 4)");
+  EXPECT_EQ(displays({2, 4}), (std::vector{9, 0}));
+  read(two, R"(, "120": 1)");
+  EXPECT_EQ(displays({1, 2}), (std::vector{8, 0}));
+  read(two, R"(, "120": 2147483647)");
+  EXPECT_EQ(displays({1}), std::vector{8});
 
   testing::internal::CaptureStdout();
   EXPECT_FALSE(tools.SetMeshFilePath((dir / "none").c_str()));

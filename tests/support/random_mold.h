@@ -53,7 +53,6 @@ struct RandomMold {
   std::vector<Element> elements[3];  // plastic, mold, channel
   std::vector<Face> faces;
   std::vector<Sensor> sensors;
-  int version() const { return version_; }
 
  private:
   using Place = std::array<int, 3>;
@@ -76,24 +75,18 @@ struct RandomMold {
   }
 
   void addCell(const Place& cell) {
-    static const std::vector<std::vector<int>> kCuts[] = {
-        {{0, 1, 2, 3, 4, 5, 6, 7}},
-        {{0, 1, 2, 4, 5, 6}, {0, 2, 3, 4, 6, 7}},
-        {{0, 1, 2, 6}, {0, 2, 3, 6}, {0, 3, 7, 6}, {0, 7, 4, 6}, {0, 4, 5, 6}, {0, 5, 1, 6}},
-        {{0, 1, 2, 3, 8},
-         {4, 7, 6, 5, 8},
-         {0, 4, 5, 1, 8},
-         {1, 5, 6, 2, 8},
-         {2, 6, 7, 3, 8},
-         {3, 7, 4, 0, 8}}};
+    static const std::vector<const char*> kCuts[] = {{"01234567"},
+                                                     {"012456", "023467"},
+                                                     {"0126", "0236", "0376", "0746", "0456", "0516"},
+                                                     {"01238", "47658", "04518", "15628", "26738", "37408"}};
     static constexpr Place kCorners[] = {{0, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}, {0, 0, 2},
                                          {2, 0, 2}, {2, 2, 2}, {0, 2, 2}, {1, 1, 1}};
     const int kind = upTo(6) - 1;
     if (kind == 5) return;
-    for (const auto& corners : kCuts[upTo(4) - 1]) {
+    for (const std::string corners : kCuts[upTo(4) - 1]) {
       Element element{{}, 0, 0, static_cast<float>(++serial_)};
-      for (const int c : corners) {
-        Place place = kCorners[c];
+      for (const char c : corners) {
+        Place place = kCorners[c - '0'];
         for (std::size_t axis = 0; axis < 3; ++axis) place[axis] += 2 * cell[axis];
         element.nodes.push_back(node(kind, place));
       }

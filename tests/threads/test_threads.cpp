@@ -96,8 +96,7 @@ void recordNumbers(Place& at, const COrvMeshFormatTransfer& object, const std::s
 }
 
 void transfer(Place& at, const std::string& mesh) {
-  for (const char* const variant :
-       {"channels", "hot-runner", "stream-line", "moldbase", "part-inserts", "part-inserts-channels"}) {
+  for (const char* const variant : kVariantNames) {
     COrvMeshFormatTransfer object;
     object.SetKeepTargetNumbers(true);
     object.SetSTLDiagnostics(true);
@@ -124,15 +123,11 @@ void channels(Place& at, const std::string& mesh) {
   const std::string path = at / mesh;
   COrvMeshTrans_GetCoolingChannelFromElementSurface surface;
   at.say(surface.SetOFEFile(path.c_str()));
-  int nodes = 0, faces = 0;
+  int nodes = 0;
   surface.GetBrisk_STL_NNodeCCL(nodes);
-  surface.GetBrisk_STL_NElemtCCL(faces);
   std::vector<double> x(static_cast<std::size_t>(nodes) + 1), y(x), z(x);
   surface.GetBrisk_STL_CCNodeData(x.data(), y.data(), z.data());
   at.sayAll(x.data(), nodes);
-  std::vector<int> group(static_cast<std::size_t>(faces) + 1), kind(group), kept(x.size());
-  surface.GetBrisk_STL_CCLElemData(group.data(), kind.data());
-  at.sayAll(group.data(), faces);
 
   COrvMeshTrans_GetSolidCCSurfaceNodeMap2MBNode map;
   map.SetDebugMode(true);
@@ -141,6 +136,7 @@ void channels(Place& at, const std::string& mesh) {
   result.SetOFEFile(path.c_str());
   result.SetInputNode(nodes, x.data(), y.data(), z.data());
   result.SetInputNodeResult(y.data());
+  std::vector<int> kept(x.size());
   result.GetMapOFENodeID(kept.data());
   at.sayAll(kept.data(), nodes);
 }
@@ -227,7 +223,7 @@ void refusals(Place& at) {
 Files doAllJobs(const std::string& folder) {
   Place at(folder);
   importMold(at);
-  view::loadJson(moldJson(), "odd", at / "odd.ofe");
+  view::loadJson(mold().dump(), "odd", at / "odd.ofe");
   for (const std::string mesh : {"mold.ofe", "odd.ofe"})
     for (const auto job : {transfer, exportCtg, channels, view}) job(at, mesh);
   for (const auto job : {sensors, heat, tools, refusals}) job(at);

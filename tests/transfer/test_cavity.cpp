@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-#include <orvmesh/mesh_format_transfer.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -10,98 +7,70 @@
 
 #include "platform/ofv_reader.h"
 #include "support/box_grid.h"
-#include "support/temp_dir.h"
+#include "transfer/mold.h"
 
 using namespace orvmesh;
 using namespace orvmesh::test;
 
 namespace {
 
-template <class T>
-std::vector<T> oneBased(std::vector<T> values) {
-  values.insert(values.begin(), static_cast<T>(-77));  // must not be looked at
-  return values;
-}
-
 // A grid as the operations take it.
 struct Caller {
-  std::vector<double> x{-77}, y{-77}, z{-77};
-  std::vector<int> nodeCount{-77}, nodes, owner, neighbour, cavity, number, kind, inlet, group;
-  long long faceNodes = 0;
-
-  explicit Caller(const BoxGrid& g)
-      : nodes(oneBased(g.nodes)),
-        owner(oneBased(g.owner)),
-        neighbour(oneBased(g.neighbour)),
-        cavity(oneBased(g.cavity)),
-        number(oneBased(g.number)),
-        kind(oneBased(g.kind)),
-        inlet(oneBased(g.inlet)),
-        group(oneBased(g.group)),
-        faceNodes(static_cast<long long>(g.nodes.size())) {
-    for (std::size_t n = 0; n < g.xyz.size(); n += 3) {
-      x.push_back(g.xyz[n]);
-      y.push_back(g.xyz[n + 1]);
-      z.push_back(g.xyz[n + 2]);
-    }
-    for (std::size_t f = 0; f < g.owner.size(); ++f)
-      nodeCount.push_back(static_cast<int>(g.offsets[f + 1] - g.offsets[f]));
+  explicit Caller(const BoxGrid& grid) : g(grid) {
+    for (auto* const list :
+         {&g.nodes, &g.owner, &g.neighbour, &g.cavity, &g.number, &g.kind, &g.inlet, &g.group})
+      list->insert(list->begin(), -77);  // must not be looked at
+    for (std::size_t n = 0; n < g.xyz.size(); ++n) xyz[n % 3].push_back(g.xyz[n]);
+    for (std::size_t f = 1; f < g.offsets.size(); ++f)
+      nodeCount.push_back(static_cast<int>(g.offsets[f] - g.offsets[f - 1]));
   }
 
   int counts(COrvMeshFormatTransfer& t) const {
     const auto size = [](const auto& v) { return static_cast<int>(v.size()) - 1; };
-    return t.SetCTGMeshInfo(size(x), size(owner), faceNodes, size(cavity), size(number), size(inlet));
+    return t.SetCTGMeshInfo(size(xyz[0]), size(g.owner), faceNodes, size(g.cavity), size(g.number),
+                            size(g.inlet));
   }
-  int cavities(COrvMeshFormatTransfer& t) const { return t.SetCTGCavityInfo(number.data(), kind.data()); }
-  int cells(COrvMeshFormatTransfer& t) const { return t.SetCTGCavityCellInfo(cavity.data()); }
-  int points(COrvMeshFormatTransfer& t) const { return t.SetCTGCavityNodeInfo(x.data(), y.data(), z.data()); }
+  int cavities(COrvMeshFormatTransfer& t) const { return t.SetCTGCavityInfo(g.number.data(), g.kind.data()); }
+  int cells(COrvMeshFormatTransfer& t) const { return t.SetCTGCavityCellInfo(g.cavity.data()); }
+  int points(COrvMeshFormatTransfer& t) const {
+    return t.SetCTGCavityNodeInfo(xyz[0].data(), xyz[1].data(), xyz[2].data());
+  }
   int faces(COrvMeshFormatTransfer& t) const {
-    return t.SetCTGCavityFaceInfo(nodeCount.data(), nodes.data(), owner.data(), neighbour.data());
+    return t.SetCTGCavityFaceInfo(nodeCount.data(), g.nodes.data(), g.owner.data(), g.neighbour.data());
   }
   int inlets(COrvMeshFormatTransfer& t) const {
-    return t.SetInletID2ChannelGrpID(inlet.data(), group.data());
+    return t.SetInletID2ChannelGrpID(g.inlet.data(), g.group.data());
   }
+
+  BoxGrid g;  // its lists from entry 1 on
+  std::vector<double> xyz[3] = {{-77}, {-77}, {-77}};
+  std::vector<int> nodeCount{-77};
+  long long faceNodes = static_cast<long long>(g.nodes.size());
 };
-using Step = int (Caller::*)(COrvMeshFormatTransfer&) const;
-constexpr Step kSteps[] = {&Caller::counts, &Caller::cavities, &Caller::cells,
-                           &Caller::points, &Caller::faces,    &Caller::inlets};
+constexpr struct {
+  const char* name;
+  int (Caller::*give)(COrvMeshFormatTransfer&) const;
+} kSteps[] = {{"SetCTGMeshInfo", &Caller::counts},      {"SetCTGCavityInfo", &Caller::cavities},
+              {"SetCTGCavityCellInfo", &Caller::cells}, {"SetCTGCavityNodeInfo", &Caller::points},
+              {"SetCTGCavityFaceInfo", &Caller::faces}, {"SetInletID2ChannelGrpID", &Caller::inlets}};
 
 // The first result that is not 1.
 int giveAll(const Caller& caller, COrvMeshFormatTransfer& transfer) {
-  for (const Step step : kSteps)
-    if (const int result = (caller.*step)(transfer); result != CavityResult_Done) return result;
+  for (const auto& step : kSteps)
+    if (const int result = (caller.*step.give)(transfer); result != CavityResult_Done) return result;
   return CavityResult_Done;
 }
 
-class Cavity : public ::testing::Test {
+class Cavity : public Transfers {
  protected:
   void TearDown() override { transfer.FreeMemory(); }
-  void expectTold(const std::string& part) {
-    const std::string told = transfer.GetErrorMessage_Link();
-    EXPECT_NE(told.find(part), std::string::npos) << told << "\ninstead of " << part;
-    EXPECT_EQ(told.find('\n'), std::string::npos);
-  }
 
-  TempDir dir;
   std::string path = dir / "a.ofv";
-  COrvMeshFormatTransfer transfer;
 };
 
-TEST_F(Cavity, AnotherObjectWritesTheSameMesh) {
-  const BoxGrid grid({3, 2, 2});
-  ASSERT_EQ(transfer.SetCTG2OFVFilePath(path.c_str()), 1);
-  ASSERT_EQ(giveAll(Caller(grid), transfer), 1) << transfer.GetErrorMessage_Link();
-  COrvMeshFormatTransfer other;
-  ASSERT_EQ(other.GetTransOFV(), 1) << other.GetErrorMessage_Link();
-  COrvOFVReader reader;
-  ASSERT_EQ(reader.open(path.c_str()), 1) << reader.errorText();
-  const OFVMesh read = reader.mesh();
-  EXPECT_TRUE(std::ranges::equal(read.xyz, grid.xyz) && std::ranges::equal(read.faceNodes, grid.nodes));
-  EXPECT_TRUE(std::ranges::equal(read.owner, grid.owner) && std::ranges::equal(read.inletID, grid.inlet));
-}
-
-// Random channels in a grid: what is kept is closed, lies where it lay, and has just the faces it needs.
-TEST_F(Cavity, ChannelsAlone) {
+// Random channels in a grid: what another object writes is the grid; what is kept of the channels alone is
+// closed, lies where it lay, and has just the faces it needs.
+TEST_F(Cavity, WholeAndChannelsAlone) {
   std::srand(5);
   for (int round = 0; round < 20; ++round) {
     BoxGrid grid({4, 3, 3});
@@ -114,8 +83,15 @@ TEST_F(Cavity, ChannelsAlone) {
     }
     transfer.SetCTG2OFVFilePath(path.c_str());
     ASSERT_EQ(giveAll(Caller(grid), transfer), 1) << transfer.GetErrorMessage_Link();
-    ASSERT_EQ(transfer.GetTransOFV_OnlyChannel(), 1) << transfer.GetErrorMessage_Link();
+    COrvMeshFormatTransfer other;
+    ASSERT_EQ(other.GetTransOFV(), 1) << other.GetErrorMessage_Link();
     COrvOFVReader reader;
+    ASSERT_EQ(reader.open(path.c_str()), 1) << reader.errorText();
+    const OFVMesh& whole = reader.mesh();
+    EXPECT_TRUE(std::ranges::equal(whole.xyz, grid.xyz) && std::ranges::equal(whole.faceNodes, grid.nodes));
+    EXPECT_TRUE(std::ranges::equal(whole.owner, grid.owner) && std::ranges::equal(whole.inletID, grid.inlet));
+
+    ASSERT_EQ(transfer.GetTransOFV_OnlyChannel(), 1) << transfer.GetErrorMessage_Link();
     ASSERT_EQ(reader.open(path.c_str()), 1) << reader.errorText();
     const OFVMesh& kept = reader.mesh();
     EXPECT_EQ(faultOfRelations(kept), "");
@@ -145,19 +121,18 @@ TEST_F(Cavity, ChannelsAlone) {
 
 TEST_F(Cavity, WhatIsMissingIsNamed) {
   const Caller caller(BoxGrid({2, 1, 1}));
-  const char* const kFirst[] = {"SetCTGMeshInfo",       "SetCTGCavityInfo",     "SetCTGCavityCellInfo",
-                                "SetCTGCavityNodeInfo", "SetCTGCavityFaceInfo", "SetInletID2ChannelGrpID"};
   EXPECT_EQ(transfer.GetTransOFV(), CavityResult_OutOfOrder);
   expectTold("GetTransOFV: call SetCTG2OFVFilePath first");
   transfer.SetCTG2OFVFilePath(path.c_str());
-  for (std::size_t given = 0; given < std::size(kSteps); ++given) {
+  for (const auto& next : kSteps) {
+    const std::string isMissing = std::string("call ") + next.name + " first";
     EXPECT_EQ(transfer.GetTransOFV(), CavityResult_OutOfOrder);
-    expectTold(std::string("call ") + kFirst[given] + " first");
-    if (given < 4) {
+    expectTold(isMissing);
+    if (&next < &kSteps[4]) {
       EXPECT_EQ(caller.faces(transfer), CavityResult_OutOfOrder);
-      expectTold(std::string("SetCTGCavityFaceInfo: call ") + kFirst[given] + " first");
+      expectTold("SetCTGCavityFaceInfo: " + isMissing);
     }
-    ASSERT_EQ((caller.*kSteps[given])(transfer), 1) << transfer.GetErrorMessage_Link();
+    ASSERT_EQ((caller.*next.give)(transfer), 1) << transfer.GetErrorMessage_Link();
   }
   ASSERT_EQ(transfer.GetTransOFV(), 1);
   ASSERT_EQ(caller.points(transfer), 1);
@@ -176,50 +151,54 @@ TEST_F(Cavity, WhatDoesNotFitIsRefusedWhenItIsGiven) {
   };
   const Fault faults[] = {
       {0, "faceNodeCount is 3 (legal: 33 to", [](Caller& c) { c.faceNodes = 3; }},
-      {0, "cellCount is 0", [](Caller& c) { c.cavity.resize(1); }},
-      {1, "cavity 2: its number is 10", [](Caller& c) { c.number[2] = 10; }},
-      {2, "cell 2: its cavity is 3", [](Caller& c) { c.cavity[2] = 3; }},
-      {3, "point 1: z is inf", [](Caller& c) { c.z[1] = HUGE_VAL; }},
+      {0, "cellCount is 0", [](Caller& c) { c.g.cavity.resize(1); }},
+      {1, "cavity 2: its number is 10", [](Caller& c) { c.g.number[2] = 10; }},
+      {2, "cell 2: its cavity is 3", [](Caller& c) { c.g.cavity[2] = 3; }},
+      {3, "point 1: z is inf", [](Caller& c) { c.xyz[2][1] = HUGE_VAL; }},
       {4, "the faces have 44 points (legal: 43,", [](Caller& c) { --c.faceNodes; }},
-      {4, "face 1: point 2 is 99 (legal: 1 to 12)", [](Caller& c) { c.nodes[2] = 99; }},
-      {4, "is there twice", [](Caller& c) { c.nodes[2] = c.nodes[3]; }},
-      {4, "cell 1 is not closed", [](Caller& c) { std::reverse(c.nodes.begin() + 1, c.nodes.begin() + 5); }},
-      {4, "cell 2 is not closed", [](Caller& c) { c.neighbour[2] = 0; }},
+      {4, "face 1: point 2 is 99 (legal: 1 to 12)", [](Caller& c) { c.g.nodes[2] = 99; }},
+      {4, "is there twice", [](Caller& c) { c.g.nodes[2] = c.g.nodes[3]; }},
+      {4, "cell 1 is not closed",
+       [](Caller& c) { std::reverse(c.g.nodes.begin() + 1, c.g.nodes.begin() + 5); }},
+      {4, "cell 2 is not closed", [](Caller& c) { c.g.neighbour[2] = 0; }},
       {4, "cell 1 is not closed",
        [](Caller& c) {
-         for (auto& x : c.x) x *= 1e200;
+         for (auto& x : c.xyz[0]) x *= 1e200;
        }},
       {4, "face 2 has the same points as face 1",
-       [](Caller& c) { std::copy_n(&c.nodes[1], 4, &c.nodes[5]); }},
+       [](Caller& c) { std::reverse_copy(&c.g.nodes[1], &c.g.nodes[5], &c.g.nodes[5]); }},
       {4, "cell 1: its number of faces is 0",
        [](Caller& c) {
-         std::fill(c.owner.begin() + 1, c.owner.end(), 2);
-         std::fill(c.neighbour.begin() + 1, c.neighbour.end(), 0);
+         std::fill(c.g.owner.begin() + 1, c.g.owner.end(), 2);
+         std::fill(c.g.neighbour.begin() + 1, c.g.neighbour.end(), 0);
        }},
       {4, "cell 2 is not closed: an edge",  // a tube: its area vectors add up to zero
        [](Caller& c) {
-         c.nodes.erase(c.nodes.end() - 8, c.nodes.end());
-         for (auto* const list : {&c.nodeCount, &c.owner, &c.neighbour}) list->resize(list->size() - 2);
+         c.g.nodes.erase(c.g.nodes.end() - 8, c.g.nodes.end());
+         for (auto* const list : {&c.nodeCount, &c.g.owner, &c.g.neighbour}) list->resize(list->size() - 2);
          c.faceNodes -= 8;
        }},
       {4, "cavity 1: its volume is -1 (legal",
        [](Caller& c) {
-         for (auto face = c.nodes.begin() + 1; face != c.nodes.end(); face += 4) std::reverse(face, face + 4);
+         for (auto face = c.g.nodes.begin() + 1; face != c.g.nodes.end(); face += 4)
+           std::reverse(face, face + 4);
        }},
-      {5, "inlet 2: its channel group is -1", [](Caller& c) { c.group[2] = -1; }},
+      {5, "inlet 2: its channel group is -1", [](Caller& c) { c.g.group[2] = -1; }},
   };
   const Caller sound(BoxGrid({2, 1, 1}));
   transfer.SetCTG2OFVFilePath(path.c_str());
   for (const Fault& fault : faults) {
     Caller caller = sound;
     fault.spoil(caller);
-    for (std::size_t i = 0; i < fault.step; ++i) ASSERT_EQ((caller.*kSteps[i])(transfer), 1) << fault.text;
-    EXPECT_EQ((caller.*kSteps[fault.step])(transfer), CavityResult_Refused) << fault.text;
+    for (std::size_t i = 0; i < fault.step; ++i)
+      ASSERT_EQ((caller.*kSteps[i].give)(transfer), 1) << fault.text;
+    EXPECT_EQ((caller.*kSteps[fault.step].give)(transfer), CavityResult_Refused) << fault.text;
     expectTold(fault.text);
   }
   // What is refused changes nothing.
   ASSERT_EQ(giveAll(sound, transfer), 1);
-  EXPECT_EQ(transfer.SetCTGCavityNodeInfo(sound.x.data(), nullptr, sound.z.data()), CavityResult_Refused);
+  EXPECT_EQ(transfer.SetCTGCavityNodeInfo(sound.xyz[0].data(), nullptr, sound.xyz[2].data()),
+            CavityResult_Refused);
   expectTold("SetCTGCavityNodeInfo: y is null");
   EXPECT_EQ(transfer.SetCTG2OFVFilePath(nullptr), CavityResult_Refused);
   EXPECT_EQ(transfer.GetTransOFV(), 1);

@@ -7,7 +7,6 @@
 #include "base/face_tables.h"
 #include "transfer/ctg/boundaries.h"
 #include "transfer/ctg/element_faces.h"
-#include "transfer/ctg_elements.h"
 
 using namespace orvmesh;
 using namespace orvmesh::transfer;
@@ -15,6 +14,29 @@ using namespace orvmesh::transfer;
 namespace {
 
 using List = std::vector<std::int32_t>;
+
+// A table of elements given by their node lists.
+struct Elements {
+  explicit Elements(const std::vector<List>& lists) : fieldA(lists.size()) {
+    for (const List& element : lists) {
+      nodes.insert(nodes.end(), element.begin(), element.end());
+      offsets.push_back(static_cast<std::int64_t>(nodes.size()));
+      isMixed = isMixed || element.size() != lists.front().size();
+    }
+  }
+  ElementTable table() const {
+    ElementTable table;
+    table.connectivity = nodes;
+    table.fieldA = fieldA;
+    if (isMixed) table.offsets = offsets;
+    if (!isMixed && !fieldA.empty()) table.nodesPerElement = static_cast<std::int32_t>(offsets[1]);
+    return table;
+  }
+
+  List nodes, fieldA;
+  std::vector<std::int64_t> offsets{0};
+  bool isMixed = false;
+};
 
 List faceNodes(const List& element, const LocalFace& local) {
   List nodes;
@@ -48,7 +70,7 @@ struct PlainSearch {
 };
 
 void expectPlainSearch(const std::vector<List>& elements, std::int32_t nodeCount, const char* what) {
-  const test::Elements table(elements);
+  const Elements table(elements);
   const ElementFaces found = matchElementFaces(table.table(), nodeCount);
   PlainSearch plain(nodeCount);
   List expected;
@@ -98,28 +120,19 @@ TEST(CtgFaces, AreThoseOfThePlainSearchInWhateverMesh) {
   expectPlainSearch({}, 0, "empty");
 }
 
+// Faces and their nodes stand in this order in CTG files.
 TEST(CtgFaces, FollowTheFaceTables) {
-  struct Case {
-    List element;
-    std::vector<List> faces;
-  };
-  const Case cases[] = {
-      {{11, 12, 13, 14}, {{11, 13, 12}, {12, 14, 11}, {13, 14, 12}, {11, 14, 13}}},
-      {{11, 12, 13, 14, 15}, {{11, 14, 13, 12}, {12, 15, 11}, {13, 15, 12}, {14, 15, 13}, {11, 15, 14}}},
-      {{11, 12, 13, 14, 15, 16},
-       {{11, 13, 12}, {14, 15, 16}, {11, 12, 15, 14}, {12, 13, 16, 15}, {13, 11, 14, 16}}},
-      {{11, 12, 13, 14, 15, 16, 17, 18},
-       {{11, 14, 13, 12},
-        {15, 16, 17, 18},
-        {11, 12, 16, 15},
-        {12, 13, 17, 16},
-        {13, 14, 18, 17},
-        {14, 11, 15, 18}}}};
-  for (const auto& c : cases) {
-    std::vector<List> faces;
-    for (const LocalFace& local : facesOf(static_cast<int>(c.element.size())))
-      faces.push_back(faceNodes(c.element, local));
-    EXPECT_EQ(faces, c.faces);
+  const std::pair<int, const char*> cases[] = {{4, "132 241 342 143 "},
+                                               {5, "1432 251 352 453 154 "},
+                                               {6, "132 456 1254 2365 3146 "},
+                                               {8, "1432 5678 1265 2376 3487 4158 "}};
+  for (const auto& [nodeCount, expected] : cases) {
+    std::string faces;
+    for (const LocalFace& face : facesOf(nodeCount)) {
+      for (int k = 0; k < face.nodeCount; ++k) faces += static_cast<char>('1' + face.nodes[k]);
+      faces += ' ';
+    }
+    EXPECT_EQ(faces, expected);
   }
 }
 
@@ -161,7 +174,7 @@ TEST(CtgBoundaries, LaterSurfacesAndLastNodesWin) {
   EXPECT_EQ(nodes.air, (List{4, 5}));
   EXPECT_EQ(nodes.coolant, (List{6, 7, 8}));
 
-  const test::Elements elements({{1, 5, 9, 12}, {12, 13, 14, 19, 7}, {12, 13, 15, 20}, {16, 12, 13, 20}});
+  const Elements elements({{1, 5, 9, 12}, {12, 13, 14, 19, 7}, {12, 13, 15, 20}, {16, 12, 13, 20}});
   const BoundaryFaces faces =
       findBoundaryFaces(elements.table(), matchElementFaces(elements.table(), 20), nodes.type);
   // 1 9 5; 5 12 1; 9 12 5; 1 12 9; of the pyramid all but its base; none; faces with node 16 only.

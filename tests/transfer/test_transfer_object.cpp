@@ -10,22 +10,12 @@ using namespace orvmesh::test;
 
 namespace {
 
-const char* const kAllVariants[] = {"channels", "hot-runner",   "stream-line",
-                                    "moldbase", "part-inserts", "part-inserts-channels"};
-
-// The log stands in the current folder.
-class TransferObject : public ::testing::Test, protected OwnFolder {
+class TransferObject : public Transfers {
  protected:
   static bool exists(const std::string& path) { return std::filesystem::exists(path); }
-  // The mold with one header word changed.
-  static std::string withField(int field, int value) {
-    std::string json = moldJson();
-    const std::string old = "\"" + std::to_string(field) + "\": " + std::to_string(1000 + field);
-    return json.replace(json.find(old), old.size(),
-                        "\"" + std::to_string(field) + "\": " + std::to_string(value));
+  int run(const std::string& variant, const nlohmann::json& source) {
+    return runVariant(transfer, variant, writeOfe(dir, source.dump()), "target.ofe");
   }
-
-  COrvMeshFormatTransfer transfer;
 };
 
 TEST_F(TransferObject, ResultsSayWhichMaterialsThereAre) {
@@ -36,21 +26,19 @@ TEST_F(TransferObject, ResultsSayWhichMaterialsThereAre) {
   for (const auto& c : {Case{"part-inserts", 0, 5, 0}, Case{"part-inserts", 1, 0, 1},
                         Case{"part-inserts-channels", 0, 0, 0}, Case{"part-inserts-channels", 1, 0, 1},
                         Case{"part-inserts-channels", 0, 2, 2}, Case{"part-inserts-channels", 4, 2, 3}}) {
-    std::string json = withField(18, c.inserts);
-    json.replace(json.find("\"17\": 1017"), 10, "\"17\": " + std::to_string(c.channels));
+    auto source = moldWith("18", c.inserts);
+    source["header"]["fields"]["17"] = c.channels;
+    std::string path = writeOfe(dir, source.dump());
     std::filesystem::remove("target.ofe");
-    EXPECT_EQ(runVariant(transfer, c.variant, writeOfe(dir, json), "target.ofe"), c.result) << c.variant;
+    EXPECT_EQ(runVariant(transfer, c.variant, path, "target.ofe"), c.result) << c.variant;
     EXPECT_EQ(exists("target.ofe"), c.result > 0);
     EXPECT_FALSE(exists("MeshTranslate.log"));
+    EXPECT_EQ(transfer.IfMeshHasPartInsert(path.data()), c.inserts > 0);
   }
-  std::string without = writeOfe(dir, withField(18, 0));
-  std::string with = writeOfe(dir, moldJson());
-  EXPECT_FALSE(transfer.IfMeshHasPartInsert(without.data()));
-  EXPECT_TRUE(transfer.IfMeshHasPartInsert(with.data()));
 }
 
 TEST_F(TransferObject, HotRunnerRefusesOldSourcesAndKeepsTheLog) {
-  EXPECT_EQ(runVariant(transfer, "hot-runner", writeOfe(dir, moldJson(13001)), "target.ofe"), -4);
+  EXPECT_EQ(run("hot-runner", mold(13001)), -4);
   EXPECT_FALSE(exists("target.ofe"));
   EXPECT_TRUE(exists("MeshTranslate.log"));
 }
@@ -63,9 +51,9 @@ TEST_F(TransferObject, VersionsStepDownWithinTheirThousand) {
                                  {2011, 2011}};
   for (const auto& [source, written] : cases) {
     std::filesystem::remove("target.ofe");
-    runVariant(transfer, "stream-line", writeOfe(dir, moldJson(source)), "target.ofe");
+    run("stream-line", mold(source));
     ASSERT_EQ(exists("target.ofe"), written != 0) << source;
-    EXPECT_EQ(std::string(transfer.GetErrorMessage_Link()).empty(), written != 0) << source;
+    EXPECT_EQ(*transfer.GetErrorMessage_Link() == '\0', written != 0) << source;
     if (written == 0) continue;
     OFEIO_Manipulator reader;
     ASSERT_EQ(reader.beginReading("target.ofe", nullptr, 0), 1);
@@ -81,32 +69,36 @@ TEST_F(TransferObject, NoVersionIsTooLow) {
   writer.header[m_HEADER_Version] = std::numeric_limits<std::int32_t>::min();
   ASSERT_EQ(writer.endWriting(), 1);
   runVariant(transfer, "channels", "lowest.ofe", "target.ofe");
-  EXPECT_NE(std::string(transfer.GetErrorMessage_Link()), "");
+  EXPECT_STRNE(transfer.GetErrorMessage_Link(), "");
   EXPECT_FALSE(exists("target.ofe"));
 }
 
 TEST_F(TransferObject, NodeTypesAndLists) {
-  const std::string source = writeOfe(dir, moldJson());
-  const auto types = [&] {
-    std::vector<int> out(static_cast<std::size_t>(transfer.GetTotalNodeNumber()) + 1, -7);
-    transfer.GetPIGloalNodeType(out.data());
-    return out;
+  // A smaller mesh before, whose lists are too short for the next one.
+  run("part-inserts",
+      nlohmann::json::parse(R"({"header": {"fields": {"0": 14001, "18": 1}}, "nodes": [[0, 0, 0]]})"));
+  EXPECT_EQ(transfer.GetTotalNodeNumber(), 1);
+
+  const auto listOf = [](int count, const auto& fill) {
+    std::vector<int> list(static_cast<std::size_t>(count) + 1, -7);
+    fill(list.data());
+    return list;
   };
-  std::string path = source;
-  transfer.SetPartInsertMeshFilePath(path.data(), 3);
-  const std::vector<int> typed{-7, 10, 5, 5, 1, 1, 1, 1, 3, 3, 3, 3, 2, 10, 10, 10, 10};
-  EXPECT_EQ(types(), typed);
-  std::vector<int> contact(static_cast<std::size_t>(transfer.GetNnodeContactPartAndPI()) + 1, -7);
-  transfer.GetPPINodeID(contact.data());
-  EXPECT_EQ(contact, (std::vector<int>{-7, 2, 3}));
+  const auto types = [&] {
+    return listOf(transfer.GetTotalNodeNumber(), [&](int* out) { transfer.GetPIGloalNodeType(out); });
+  };
+  std::string source = writeOfe(dir, mold().dump());
+  transfer.SetPartInsertMeshFilePath(source.data(), 3);
+  EXPECT_EQ(types(), (std::vector<int>{-7, 10, 5, 5, 1, 1, 1, 1, 3, 3, 3, 3, 2, 10, 10, 10, 10}));
+  EXPECT_EQ(listOf(transfer.GetNnodeContactPartAndPI(), [&](int* out) { transfer.GetPPINodeID(out); }),
+            (std::vector<int>{-7, 2, 3}));
 
   runVariant(transfer, "part-inserts-channels", source, "target.ofe");
-  const std::vector<int> heaterFaces{-7, 10, 12, 5, 1, 1, 1, 1, 3, 3, 3, 3, 2, 12, 12, 12, 12};
-  EXPECT_EQ(types(), heaterFaces);
-  std::vector<int> blocks(static_cast<std::size_t>(transfer.GetMeshBlockSize()) + 1, -7);
-  int* out = blocks.data();
-  transfer.GetMoldBlock2Mat(out);
-  EXPECT_EQ(blocks, (std::vector<int>{-7, 1, 5001, 5002, 10001, 10002, 10900, 10905}));
+  EXPECT_EQ(types(), (std::vector<int>{-7, 10, 12, 5, 1, 1, 1, 1, 3, 3, 3, 3, 2, 12, 12, 12, 12}));
+  EXPECT_EQ(listOf(transfer.GetMeshBlockSize(), [&](int* out) { transfer.GetMoldBlock2Mat(out); }),
+            (std::vector<int>{-7, 1, 5001, 5002, 10001, 10002, 10900, 10905}));
+  const COrvMeshFormatTransfer copy = transfer;  // shares the arrays, frees nothing twice
+  EXPECT_EQ(copy.GetNnodeContactPartAndPI(), 2);
 
   COrvCCDataForSolver lists;
   lists.m_SurfaceHeaterData.m_NodeID = std::shared_ptr<int[]>(new int[9]());
@@ -123,70 +115,40 @@ TEST_F(TransferObject, NodeTypesAndLists) {
   EXPECT_EQ(std::vector<int>(own, own + 6), (std::vector<int>{0, 2, 13, 14, 15, 16}));
 }
 
-TEST_F(TransferObject, ASecondLargerMeshOnTheSameObject) {
-  const char* small = R"({"format":"ofe-json","version":1,"header":{"fields":{"0":14001,"18":1}},
-    "nodes":[[0,0,0],[1,0,0],[0,1,0],[0,0,1]],
-    "elementsPlastic":[{"nodes":[1,2,3,4],"a":1,"b":1,"value":0}]})";
-  runVariant(transfer, "part-inserts", writeOfe(dir, small), "target.ofe");
-  EXPECT_EQ(transfer.GetTotalNodeNumber(), 4);
-  runVariant(transfer, "part-inserts", writeOfe(dir, moldJson()), "target.ofe");
-  ASSERT_EQ(transfer.GetTotalNodeNumber(), 16);
-  std::vector<int> types(17);
-  transfer.GetPIGloalNodeType(types.data());
-  EXPECT_EQ(types[16], 10);
-  const COrvMeshFormatTransfer copy = transfer;  // shares the arrays, frees nothing twice
-  EXPECT_EQ(copy.GetNnodeContactPartAndPI(), 2);
-}
-
-TEST_F(TransferObject, ARefusedSourceIsToldAndCanStopBeforeTheTarget) {
-  std::ofstream("broken.ofe") << "no such thing";
-  for (const char* variant : kAllVariants) {
-    for (const std::string source : {"broken.ofe", "missing.ofe"}) {
-      std::ofstream("target.ofe") << "old";
-      COrvMeshFormatTransfer stopping;
-      stopping.SetStopOnRefusedSource(true);
-      runVariant(stopping, variant, source, "target.ofe");
-      EXPECT_EQ(std::string(stopping.GetErrorMessage_Link()).rfind(source + ": ", 0), 0U);
-      EXPECT_EQ(std::filesystem::file_size("target.ofe"), 3U) << variant;
-      std::filesystem::remove("MeshTranslate.log");
-    }
-  }
-  // As constructed, the mold-base operation goes on and writes a header of the lowest version.
+// As constructed. That the option SetStopOnRefusedSource stops all variants is seen at the command.
+TEST_F(TransferObject, ARefusedSourceMakesAnEmptyMeshOfTheLowestVersion) {
   EXPECT_EQ(runVariant(transfer, "moldbase", "missing.ofe", "target.ofe"), 1);
+  expectTold("missing.ofe: ");
   EXPECT_EQ(readOfe("target.ofe")["header"]["fields"]["0"], 2009);
 }
 
 TEST_F(TransferObject, AnUnwritableTargetIsToldAndEveryBlockStillRuns) {
-  const std::string source = writeOfe(dir, moldJson());
   std::filesystem::create_directory("folder");
+  const std::string open = "Write OFE file open error\n", line = "Can not write OFE File\n";
   const struct {
     const char* variant;
-    int result;
-    const char* printed;
-  } cases[] = {{"channels", 1, "Write OFE file open error\n"},
-               {"stream-line", 1, "Write OFE file open error\n"},
-               {"moldbase", 1, "Write OFE file open error\nCan not write OFE File atfolder\n"},
-               {"part-inserts", 1, "Write OFE file open error\nCan not write OFE File\n"},
-               {"part-inserts-channels", 3, "Write OFE file open error\n"}};
+    int version, result;
+    std::string printed;
+  } cases[] = {{"channels", 14001, 1, open},
+               {"stream-line", 14001, 1, open},
+               {"moldbase", 14001, 1, open + "Can not write OFE File atfolder\n"},
+               {"part-inserts-channels", 14001, 3, open},
+               {"part-inserts", 14001, 1, open + line},
+               // A version that is never tried; of the others one attempt is enough.
+               {"part-inserts", 14000, 1, line},
+               {"part-inserts", 2012, 1, open + line},
+               {"part-inserts", 14003, 1, open + line}};
   for (const auto& c : cases) {
-    ::testing::internal::CaptureStdout();
-    EXPECT_EQ(runVariant(transfer, c.variant, source, "folder"), c.result);
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), c.printed) << c.variant;
-    EXPECT_EQ(std::string(transfer.GetErrorMessage_Link()).rfind("folder: ", 0), 0U);
-  }
-  // A version that is never tried; of the others one attempt is enough.
-  const char* const tried = "Write OFE file open error\nCan not write OFE File\n";
-  const std::pair<int, const char*> versions[] = {
-      {14000, "Can not write OFE File\n"}, {2012, tried}, {14003, tried}};
-  for (const auto& [version, printed] : versions) {
-    ::testing::internal::CaptureStdout();
-    runVariant(transfer, "part-inserts", writeOfe(dir, moldJson(version)), "folder");
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), printed) << version;
+    SCOPED_TRACE(c.variant + std::to_string(c.version));
+    const std::string source = writeOfe(dir, mold(c.version).dump());
+    EXPECT_EQ(printedBy([&] { EXPECT_EQ(runVariant(transfer, c.variant, source, "folder"), c.result); }),
+              c.printed);
+    if (c.version != 14000) expectTold("folder: ");
   }
 }
 
 TEST_F(TransferObject, TheMeshMayBeTheTargetOrUnderTheNameOfTheLog) {
-  const std::string source = writeOfe(dir, moldJson());
+  const std::string source = writeOfe(dir, mold().dump());
   std::filesystem::copy_file(source, "MeshTranslate.log");
   std::string path = "MeshTranslate.log";
   EXPECT_TRUE(transfer.IfMeshHasPartInsert(path.data()));
@@ -216,80 +178,47 @@ TEST_F(TransferObject, ArraysOfTheCallerStayAndTooSmallOnesAreMadeAnew) {
 }
 
 TEST_F(TransferObject, LengthsAreDividedByTheFactorAgain) {
-  std::string json = moldJson();
-  json.replace(json.find("\"29\": 1,"), 8, "\"29\": 0.001,");
-  const std::string source = writeOfe(dir, json);
-  runVariant(transfer, "stream-line", source, "target.ofe");
-  const auto nodes = readOfe(source)["nodes"], written = readOfe("target.ofe")["nodes"];
+  const auto written = transferred("stream-line", moldWith("29", 0.001))["nodes"];
+  const auto stored = mold()["nodes"].flatten();
   const float f = 0.001F;
-  for (std::size_t i = 0; i < nodes.size(); ++i)
-    for (std::size_t k = 0; k < 3; ++k) {
-      const double inModel = nodes[i][k].get<float>() * static_cast<double>(f);
-      EXPECT_EQ(written[i][k].get<float>(), static_cast<float>(inModel) * (1.0F / f));
-    }
+  for (const auto& [place, coordinate] : stored.items()) {
+    const double inModel = coordinate.get<float>() * static_cast<double>(f);
+    EXPECT_EQ(written[nlohmann::json::json_pointer(place)].get<float>(),
+              static_cast<float>(inModel) * (1.0F / f))
+        << place;
+  }
 }
 
 TEST_F(TransferObject, AFactorThatLeavesTheFloatsSpoilsNoTarget) {
   std::ofstream("target.ofe") << "old";
-  for (const char* factor : {"1e-42", "3e38"}) {
-    auto json = nlohmann::json::parse(moldJson());
-    json["header"]["fields"]["29"] = std::stod(factor);
-    json.erase("coolantChannelLayout");  // its integers would be refused first
-    runVariant(transfer, "stream-line", writeOfe(dir, json.dump()), "target.ofe");
-    EXPECT_NE(std::string(transfer.GetErrorMessage_Link()).find("no finite number"), std::string::npos)
-        << factor;
-    EXPECT_EQ(std::filesystem::file_size("target.ofe"), 3U);
+  for (const double factor : {1e-42, 3e38}) {
+    auto source = moldWith("29", factor);
+    source.erase("coolantChannelLayout");  // its integers would be refused first
+    run("stream-line", source);
+    expectTold("no finite number");
+    EXPECT_EQ(std::filesystem::file_size("target.ofe"), 3U) << factor;
   }
 }
 
 TEST_F(TransferObject, DiagnosticLinesOnlyWhenAskedFor) {
-  const std::string source = writeOfe(dir, moldJson());
-  ::testing::internal::CaptureStdout();
-  for (const char* variant : kAllVariants) runVariant(transfer, variant, source, "target.ofe");
-  EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+  const std::string source = writeOfe(dir, mold().dump());
+  const auto printed = [&](const char* variant) {
+    return printedBy([&] { runVariant(transfer, variant, source, "target.ofe"); });
+  };
+  for (const char* variant : kVariantNames) EXPECT_EQ(printed(variant), "") << variant;
   transfer.SetDebugLog(1);
-  ::testing::internal::CaptureStdout();
-  runVariant(transfer, "part-inserts-channels", source, "target.ofe");
-  const std::string text = ::testing::internal::GetCapturedStdout();
-  for (const char* line : {"Type 5 = 2\n", "Type 10 = 5\n", "Part insert Element = 2\n",
-                           "Heater Element = 3,Coolant Element = 0\n", "Heater Group = 2,Coolant Group = 1\n",
-                           "NFaceHeaterWall=1\n", "NFaceCCOthers=0\n", "NFaceHeaterOthers=2\n",
-                           "Check CCNodecount=0Check HRnodecount=1Check HRAircount=5\n",
-                           "m_HEADER_NElemS = 1007m_ofeWriter.m_HEADER_NElemSC = 1009\n",
-                           "Ori NMatM=1016C Number=1017,m_NGroupHeater=2\n", "/// Writing Node ///\n",
-                           "/// WriteOfeBCBin ///\n"})
-    EXPECT_NE(text.find(line), std::string::npos) << line << text;
+  const std::string text = printed("part-inserts-channels");
+  std::istringstream lines(testData("transfer/data/joined_diagnostics.txt"));
+  for (std::string line; std::getline(lines, line);)
+    EXPECT_NE(text.find(line + "\n"), std::string::npos) << line << text;
 
   transfer.SetSTLDiagnostics(true);
-  ::testing::internal::CaptureStdout();
-  runVariant(transfer, "moldbase", source, "target.ofe");
-  COrvCCDataForSolver lists;
-  transfer.GetCCCombineMeshDataAndMemory(lists);
-  EXPECT_EQ(
-      ::testing::internal::GetCapturedStdout(),
-      "Heater Element = 2,Coolant Element = 0\nHeater Group = 1,Coolant Group = 4\n"
-      "m_HEADER_NElemS = 1007,iCount = 14\nm_oOFE.m_ofeReader.m_HEADER_NElemS  =1007\n"
-      "m_oOFE.m_ofeReader.m_HEADER_NElemSC =1010\nm_HEADER_NElemS = 14, m_ofeWriter.m_HEADER_NElemSC = 0\n"
-      "Ori NMatM=1016, C Number=1017, m_NGroupHeater=1\n"
-      "m_ofeWriter.m_HEADER_NMatP=1016,m_ofeWriter.m_HEADER_NMatM=0\n"
-      "m_ofeWriter.m_HEADER_NMatC=0,m_ofeWriter.m_HEADER_NMatI=1016\n"
-      "Write m_HEADER_NLayerPI = 1055,m_oOFE.m_ofeReader.m_HEADER_NLayerCC=1057\n"
-      "/// Writing Node ///\n/// WriteOfeElemPBin_OnlyMoldbase ///\nMold OFE->Part OFE\n"
-      "Type 1 Number = 1\nType 5001 Number = 1\nType 5002 Number = 1\nType 6002 Number = 1\n"
-      "Type 6905 Number = 1\nType 10001 Number = 1\nType 10900 Number = 1\n"
-      "count_MB = 5,count_MI=1,count_HR=1\n/// WriteOfeElemSurfBin_OnlyMoldbase ///\n"
-      "WriteOfeElemSurfBin_OnlyMoldbase() 1\n"
-      "WriteOfeElemSurfBin_OnlyMoldbase() 2 create surface relation from " +
-          source +
-          "\nWriteOfeElemSurfBin_OnlyMoldbase() 3\nWriteOfeElemSurfBin_OnlyMoldbase() 4\n"
-          "Total SurfElemt=14 )\ncount_Part     =6\n, count_Air    =0\n, count_Coolant=3\n, count_Outlet "
-          "=4\n\n"
-          "  count_interfaceID_1=5\n, count_interfaceID_2=1\n  ( count_MB_Part   =1\n    count_MB_Coolant=0\n"
-          "    count_MB_Air    =0 ) \n, count_interfaceID_3=3\n, count_interfaceID_4=4\n"
-          "WriteOfeElemSurfBin_OnlyMoldbase() 5\n/// WriteOfeBCBin ///\n/// Writing Sensor///\n"
-          "/// WriteOfeBeamElemCCLBin///\n/// WriteOfeMoldMetalLayerToPartInsertLayerBin///\n"
-          "/// WriteOfeCoolantChannelLayerBin///\n/// WriteData_OnlyMoldbase OK ///\n"
-          "SolverCCData.m_SurfaceHRData.m_Dim=1\nSolverCCData.m_SurfaceCCData.m_Dim=0\n");
+  const std::string ofMoldBase = printed("moldbase") + printedBy([&] {
+                                   COrvCCDataForSolver lists;
+                                   transfer.GetCCCombineMeshDataAndMemory(lists);
+                                 });
+  std::string expected = testData("transfer/data/moldbase_diagnostics.txt");
+  EXPECT_EQ(ofMoldBase, expected.replace(expected.find("@SOURCE@"), 8, source));
 }
 
 }  // namespace

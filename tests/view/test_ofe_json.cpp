@@ -39,34 +39,24 @@ double anyFloat(std::mt19937& random) {
   return *parseNumber<double>(text);
 }
 
-json randomElements(std::mt19937& random, unsigned nodes) {
-  constexpr int kCounts[] = {4, 5, 6, 8};
-  json elements = json::array();
-  for (auto n = random() % 40; n > 0; --n) {
-    json list = json::array();
-    for (int i = kCounts[random() % 4]; i > 0; --i) list.push_back(1 + random() % nodes);
-    elements.push_back(
-        {{"nodes", list}, {"a", random() % 11000}, {"b", random() % 1001}, {"value", anyFloat(random)}});
-  }
-  return elements;
-}
-
 json randomMesh(std::mt19937& random) {
   json mesh;
   const unsigned nodes = 1 + static_cast<unsigned>(random() % 100);
   for (unsigned i = 0; i < nodes; ++i)
     mesh["nodes"].push_back({anyFloat(random), anyFloat(random), anyFloat(random)});
-  for (const char* block : {"elementsPlastic", "elementsMoldBase", "elementsCoolChannel"})
-    mesh[block] = randomElements(random, nodes);
-  for (const char* block : {"moldMetalLayers", "coolantChannelLayers", "surfaceBoundaryConditionNames"})
+  constexpr int kCounts[] = {4, 5, 6, 8};
+  for (const char* block : {"elementsPlastic", "elementsMoldBase", "elementsCoolChannel"}) {
     mesh[block] = json::array();
-  for (auto n = random() % 9; n > 0; --n) {
-    mesh["moldMetalLayers"].push_back({random() % 99, 1, std::string(random() % 9, 'x'), 0, 1, 2, -3});
-    mesh["coolantChannelLayers"].push_back({-5, random() % 99, std::string(random() % 9, 'y')});
-    json name{{"name", std::string(random() % 9, 'z')}, {"type", 1}};
-    if (random() % 2 == 0) name["dictionary"] = {{"k", std::string(random() % 9, 'v')}, {"l", ""}};
-    mesh["surfaceBoundaryConditionNames"].push_back(name);
+    for (auto n = random() % 40; n > 0; --n) {
+      json list;
+      for (int i = kCounts[random() % 4]; i > 0; --i) list.push_back(1 + random() % nodes);
+      mesh[block].push_back(
+          {{"nodes", list}, {"a", random() % 11000}, {"b", random() % 1001}, {"value", anyFloat(random)}});
+    }
   }
+  mesh["moldMetalLayers"] = json::array();
+  for (auto n = random() % 9; n > 0; --n)
+    mesh["moldMetalLayers"].push_back({random() % 99, 1, std::string(random() % 9, 'x'), 0, 1, 2, -3});
   return mesh;
 }
 
@@ -158,11 +148,10 @@ TEST(OfeJson, DumpRefusesDamage) {
     std::string flipped = bytes;
     flipped[at] = static_cast<char>(flipped[at] ^ 0x10);
     std::ofstream(damaged, std::ios::binary) << flipped;
-    std::size_t printed = 0;
-    const auto text =
-        failureOf([&] { view::dumpJson(damaged, [&](std::string_view piece) { printed += piece.size(); }); });
-    EXPECT_EQ(text.rfind(damaged + ": ", 0), 0U) << at;
-    EXPECT_EQ(printed, 0U) << at;
+    std::string printed;
+    const auto told =
+        failureOf([&] { view::dumpJson(damaged, [&](std::string_view piece) { printed += piece; }); });
+    EXPECT_TRUE(told.starts_with(damaged + ": ") && printed.empty()) << at << told << printed;
   }
 }
 
