@@ -28,8 +28,10 @@ SHAPES = [("one line of 50 MB", "x1 2 ", 10 * MILLION), ("digits without an end"
           ("zero bytes", "\0", 10 * MILLION), ("an open quotation", '"' + "a" * 999, 50_000)]
 SECTIONS = {"msh": "$Comments\n$EndComments\n", "dmp": "[NODE MAP]\n", "snc": "[HEADER]\n", "ctg": "[Node]\n",
             "json": "[0,0,0],", "roles": '"a": "part",'}
+with open(os.path.join(inputs.DATA, "history.snc")) as history:
+    HISTORY = history.read()
 HEADERS_ALONE = {"msh": "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n1000000\n", "dmp": HEAD["dmp"] + "[NODE MAP]\n",
-                 "snc": inputs.SNC.split("35.00")[0], "ctg": "[Header]\n1004\n[Node]\n"}
+                 "snc": HISTORY.split("35.00")[0], "ctg": "[Header]\n1004\n[Node]\n"}
 
 
 def processor_time(words, folder, limit):

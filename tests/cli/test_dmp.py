@@ -1,30 +1,13 @@
 """dmp info, dump and convert: what they print, what they warn of, targets that stay as they were."""
 import json
+import os
 import unittest
 
-from support import FolderTest, done, orvmesh
+from support import SOURCE, FolderTest, done, orvmesh
 
-HEADER = "1\n[HEADER]\n1023 5\n1 1 1\n2 1\n2 1\n1 9\n"
-TEXT = HEADER + """[NODE MAP]
-1 10
-2 -20
-[ELEMENT PLASTIC MAP]
-3
-[ELEMENT MOLDBASE MAP]
-4
-[ELEMENT COOL CHANNEL MAP]
-5
-[ELEMENT COOLANT END MAP]
-6 7
-[ELEMENT COOL FACE TO LINE MAP]
-[ELEMENT COOL LINE TO FACE MAP]
-2 1 2 3 4
-[SENSOR MAP]
-8
-[ELEMENT SURFACE MAP]]
-[ELEMENT SURFACE 103104 MAP]]
-[EOF]
-"""
+with open(os.path.join(SOURCE, "tests", "campaigns", "data", "map.dmp")) as dump:
+    TEXT = dump.read()
+HEADER = TEXT[:TEXT.index("[NODE")]
 BLOCKS = {"nodeMap": [[1, 10], [2, -20]], "elementPlasticMap": [3], "elementMoldBaseMap": [4],
           "elementCoolChannelMap": [5], "elementCoolantEndMap": [[6, 7]], "elementCoolFaceToLineMap": [],
           "elementCoolLineToFaceMap": [[[1, 2], [3, 4]]], "sensorMap": [8], "elementSurfaceMap": [],
