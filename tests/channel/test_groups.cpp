@@ -146,7 +146,7 @@ TEST(ChannelGroups, SurfacesWithoutAnInsideHaveNoVolume) {
   });
   const auto groups = groupsOf(path);
   ASSERT_EQ(groups.size(), 2U);
-  for (const std::size_t k : {0, 1}) {
+  for (const std::size_t k : {0U, 1U}) {
     EXPECT_EQ(groups[k].pieces.openEdges, k == 0 ? 0 : 2);
     EXPECT_EQ(groups[k].pieces.crowdedEdges, k == 0 ? 0 : 1);
     EXPECT_FALSE(groups[k].pieces.isClosed);

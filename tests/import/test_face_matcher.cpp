@@ -57,7 +57,7 @@ std::map<std::vector<std::int32_t>, std::vector<Seen>> bruteForce(const Soup& so
         std::vector<std::int32_t> nodes;
         for (int k = 0; k < table[f].nodeCount; ++k)
           nodes.push_back(block.corners[first + static_cast<std::size_t>(table[f].nodes[k])]);
-        std::ranges::rotate(nodes, std::ranges::min_element(nodes));
+        std::rotate(nodes.begin(), std::ranges::min_element(nodes), nodes.end());
         const bool reversed = nodes.back() < nodes[1];
         if (reversed) std::reverse(nodes.begin() + 1, nodes.end());
         faces[nodes].push_back({element, static_cast<std::int32_t>(f), block.region, reversed});

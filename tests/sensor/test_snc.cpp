@@ -148,7 +148,7 @@ TEST_F(Snc, FaultsAreNamedByLine) {
 }
 
 struct SyncCount : std::stringbuf {
-  int syncs = 0;
+  std::int64_t syncs = 0;
   int sync() override { return ++syncs, 0; }
 };
 
@@ -156,9 +156,9 @@ struct SyncCount : std::stringbuf {
 // output.
 TEST_F(Snc, HistoriesAreStreamed) {
   std::string text = kSnc.substr(0, kSnc.find("t 0")), wanted;
-  constexpr int kRecords = 40000;
-  for (int r = 0; r < kRecords; ++r) {
-    const std::string time = std::to_string(r) + std::string(r % 9999 == 1 ? 260000 + r : 0, 'x') + "\n";
+  constexpr std::int64_t kRecords = 40000;
+  for (std::int64_t r = 0; r < kRecords; ++r) {
+    const std::string time = std::to_string(r) + std::string(r % 9999 == 1 ? 260'000 : 0, 'x') + "\n";
     text += time + "value 1\nvalue 4\nvalue 2\nvalue 6\nvalue 3\nvalue 5\n\n";
     wanted += time + "value 1\nvalue 2\nvalue 3\nvalue 4\nvalue 5\nvalue 6\n\n";
   }
