@@ -70,10 +70,10 @@ class FolderTest(unittest.TestCase):
     def contents(self):
         return {path: read(path) if os.path.isfile(path) else None for path in os.listdir(".")}
 
-    def refused(self, *arguments, names, **options):
+    def refused(self, *arguments, names):
         """Fails with one line that is no warning and names file and fault; nothing changed, nothing left."""
         before = self.contents()
-        result = orvmesh(*arguments, **options)
+        result = orvmesh(*arguments)
         self.assertEqual(result.returncode, 1, arguments)
         errors = [line for line in result.stderr.splitlines() if ": warning: " not in line]
         self.assertEqual(len(errors), 1, result.stderr)

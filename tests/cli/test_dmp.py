@@ -3,10 +3,9 @@ import json
 import os
 import unittest
 
-from support import SOURCE, FolderTest, done, orvmesh
+from support import SOURCE, FolderTest, done, orvmesh, read
 
-with open(os.path.join(SOURCE, "tests", "campaigns", "data", "map.dmp")) as dump:
-    TEXT = dump.read()
+TEXT = read(os.path.join(SOURCE, "tests", "campaigns", "data", "map.dmp")).decode()
 HEADER = TEXT[:TEXT.index("[NODE")]
 BLOCKS = {"nodeMap": [[1, 10], [2, -20]], "elementPlasticMap": [3], "elementMoldBaseMap": [4],
           "elementCoolChannelMap": [5], "elementCoolantEndMap": [[6, 7]], "elementCoolFaceToLineMap": [],

@@ -11,8 +11,7 @@ import inputs
 
 READERS = [["info", "mold.ofe"], ["info", "mold.ctg"], ["info", "mold.ofv"], ["dump", "mold.ofe"],
            ["channels", "mold.ofe"], ["map", "nodes", "mold.ofe"], ["dmp", "info", "map.dmp"], ["dmp", "dump", "map.dmp"],
-           ["sensors", "list", "mold.ofe"], ["sensors", "map", "mold.ofe"], ["sensors", "map", "--fast", "mold.ofe"],
-           ["export", "mold.ofv", "out.vtu"]]
+           ["sensors", "list", "mold.ofe"], ["sensors", "map", "mold.ofe"], ["sensors", "map", "--fast", "mold.ofe"]]
 
 
 def damaged(content):

@@ -35,7 +35,7 @@ class Numbers(unittest.TestCase):
         done("transfer", variant, self.mold, target, "--dmp", dump, "--dmp-version", version)
         return read_ofe.read(target), json.loads(done("dmp", "dump", dump))
 
-    def test_there_and_back(self):
+    def test_nodes_lead_to_their_places(self):
         for variant in VARIANTS:
             for version in ("2004", "1023"):
                 with self.subTest(variant=variant, version=version):
